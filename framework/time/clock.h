@@ -1,0 +1,33 @@
+#pragma once
+
+// "Now" and every timer of the module and the suite. Production: the system clock and QTimer.
+// Tests install a virtual clock whose advance(ms) fires due timers in order.
+
+#include "framework/win32types.h"
+
+#include <functional>
+
+namespace tessaly {
+
+using TimerHandle = std::uint64_t;
+
+class Clock {
+public:
+    virtual ~Clock() = default;
+
+    // Local wall-clock time.
+    virtual SYSTEMTIME localNow() const = 0;
+    // Starts a repeating timer whose callback runs on the UI thread; returns a handle, never 0.
+    virtual TimerHandle startTimer(int intervalMs, std::function<void()> callback) = 0;
+    virtual void stopTimer(TimerHandle handle) = 0;
+
+    static Clock& current();
+    // Installs a clock (not owned); nullptr restores the system clock.
+    static void install(Clock* clock);
+};
+
+} // namespace tessaly
+
+void GetLocalTime(SYSTEMTIME* time);
+BOOL FileTimeToSystemTime(const FILETIME* fileTime, SYSTEMTIME* systemTime);
+BOOL SystemTimeToFileTime(const SYSTEMTIME* systemTime, FILETIME* fileTime);

@@ -1,0 +1,74 @@
+#pragma once
+
+// The person in front of the phone. Every message box, tracked popup menu, modal dialog run and
+// contact-picker run goes through the installed UserAgent, so that tests can answer in place of
+// a person. Production answers with Qt widgets.
+
+#include "framework/resources/resource_model.h"
+#include "framework/win32types.h"
+
+#include <QPoint>
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+class QWidget;
+
+// Message box buttons, icons and answers, with their platform values.
+constexpr UINT MB_OK = 0x0;
+constexpr UINT MB_OKCANCEL = 0x1;
+constexpr UINT MB_YESNOCANCEL = 0x3;
+constexpr UINT MB_YESNO = 0x4;
+constexpr UINT MB_ICONHAND = 0x10;
+constexpr UINT MB_ICONSTOP = MB_ICONHAND;
+constexpr UINT MB_ICONERROR = MB_ICONHAND;
+constexpr UINT MB_ICONQUESTION = 0x20;
+constexpr UINT MB_ICONEXCLAMATION = 0x30;
+constexpr UINT MB_ICONWARNING = MB_ICONEXCLAMATION;
+constexpr UINT MB_ICONINFORMATION = 0x40;
+constexpr UINT MB_ICONASTERISK = MB_ICONINFORMATION;
+constexpr UINT MB_DEFBUTTON2 = 0x100;
+constexpr UINT MB_SETFOREGROUND = 0x10000;
+constexpr UINT MB_TOPMOST = 0x40000;
+
+constexpr int IDOK = 1;
+constexpr int IDCANCEL = 2;
+constexpr int IDYES = 6;
+constexpr int IDNO = 7;
+
+namespace tessaly {
+
+class Dialog;
+
+struct ContactPickerEntry {
+    QString name;
+    QStringList numbers;
+};
+
+struct ContactPickerChoice {
+    int entry = -1;  // -1: the person cancelled
+    int number = -1; // index into the entry's numbers
+};
+
+class UserAgent {
+public:
+    virtual ~UserAgent() = default;
+
+    // Returns IDOK, IDCANCEL, IDYES or IDNO.
+    virtual int messageBox(QWidget* owner, const QString& text, const QString& caption,
+                           UINT flags) = 0;
+    // Returns the chosen command id, or 0 when the menu was dismissed.
+    virtual int trackPopupMenu(QWidget* owner, const MenuItem& popup, QPoint screenPos) = 0;
+    // Runs the dialog modally; returns its end code.
+    virtual int runModal(Dialog& dialog) = 0;
+    virtual ContactPickerChoice pickContact(QWidget* owner, const QString& title,
+                                            const std::vector<ContactPickerEntry>& entries) = 0;
+
+    // The agent in force; the Qt one unless a test installed another.
+    static UserAgent& current();
+    // Installs an agent (not owned); nullptr restores the Qt one.
+    static void install(UserAgent* agent);
+};
+
+} // namespace tessaly
