@@ -1,0 +1,129 @@
+#include "framework/time/clock.h"
+
+#include <QDateTime>
+#include <QTimer>
+
+#include <map>
+#include <memory>
+
+namespace tessaly {
+
+namespace {
+
+// 100-ns ticks between 1601-01-01 and 1970-01-01.
+constexpr std::int64_t kUnixEpochTicks = 116444736000000000LL;
+constexpr std::int64_t kTicksPerMs = 10000;
+
+class SystemClock final : public Clock {
+public:
+    SYSTEMTIME localNow() const override
+    {
+        const QDateTime now = QDateTime::currentDateTime();
+        const QDate date = now.date();
+        const QTime time = now.time();
+        SYSTEMTIME result;
+        result.wYear = WORD(date.year());
+        result.wMonth = WORD(date.month());
+        result.wDayOfWeek = WORD(date.dayOfWeek() % 7);
+        result.wDay = WORD(date.day());
+        result.wHour = WORD(time.hour());
+        result.wMinute = WORD(time.minute());
+        result.wSecond = WORD(time.second());
+        result.wMilliseconds = WORD(time.msec());
+        return result;
+    }
+
+    TimerHandle startTimer(int intervalMs, std::function<void()> callback) override
+    {
+        const TimerHandle handle = ++lastHandle_;
+        auto timer = std::make_unique<QTimer>();
+        timer->setInterval(std::max(0, intervalMs));
+        QObject::connect(timer.get(), &QTimer::timeout, [callback = std::move(callback)] {
+            callback();
+        });
+        timer->start();
+        timers_[handle] = std::move(timer);
+        return handle;
+    }
+
+    void stopTimer(TimerHandle handle) override
+    {
+        const auto found = timers_.find(handle);
+        if (found == timers_.end())
+            return;
+        // The timer may be the one whose callback is running: delete it on the next loop turn.
+        QTimer* timer = found->second.release();
+        timers_.erase(found);
+        timer->stop();
+        timer->deleteLater();
+    }
+
+private:
+    TimerHandle lastHandle_ = 0;
+    std::map<TimerHandle, std::unique_ptr<QTimer>> timers_;
+};
+
+Clock* installedClock = nullptr;
+
+} // namespace
+
+Clock& Clock::current()
+{
+    static SystemClock systemClock;
+    return installedClock ? *installedClock : systemClock;
+}
+
+void Clock::install(Clock* clock)
+{
+    installedClock = clock;
+}
+
+} // namespace tessaly
+
+void GetLocalTime(SYSTEMTIME* time)
+{
+    if (time)
+        *time = tessaly::Clock::current().localNow();
+}
+
+BOOL FileTimeToSystemTime(const FILETIME* fileTime, SYSTEMTIME* systemTime)
+{
+    if (!fileTime || !systemTime)
+        return FALSE;
+    const std::uint64_t ticks = fileTimeToUInt64(*fileTime);
+    if (ticks >= 0x8000000000000000ULL)
+        return FALSE;
+    const std::int64_t msSinceUnix =
+        (std::int64_t(ticks) - tessaly::kUnixEpochTicks) / tessaly::kTicksPerMs;
+    // The file time already holds wall-clock time: break it down without any time-zone shift.
+    const QDateTime dt = QDateTime::fromMSecsSinceEpoch(msSinceUnix, Qt::UTC);
+    const QDate date = dt.date();
+    const QTime time = dt.time();
+    if (!date.isValid() || date.year() > 30827)
+        return FALSE;
+    systemTime->wYear = WORD(date.year());
+    systemTime->wMonth = WORD(date.month());
+    systemTime->wDayOfWeek = WORD(date.dayOfWeek() % 7);
+    systemTime->wDay = WORD(date.day());
+    systemTime->wHour = WORD(time.hour());
+    systemTime->wMinute = WORD(time.minute());
+    systemTime->wSecond = WORD(time.second());
+    systemTime->wMilliseconds = WORD(time.msec());
+    return TRUE;
+}
+
+BOOL SystemTimeToFileTime(const SYSTEMTIME* systemTime, FILETIME* fileTime)
+{
+    if (!systemTime || !fileTime)
+        return FALSE;
+    const QDate date(systemTime->wYear, systemTime->wMonth, systemTime->wDay);
+    const QTime time(systemTime->wHour, systemTime->wMinute, systemTime->wSecond,
+                     systemTime->wMilliseconds);
+    if (systemTime->wYear < 1601 || !date.isValid() || !time.isValid())
+        return FALSE;
+    const QDateTime dt(date, time, Qt::UTC);
+    const std::int64_t ticks =
+        dt.toMSecsSinceEpoch() * tessaly::kTicksPerMs + tessaly::kUnixEpochTicks;
+    *fileTime = fileTimeFromUInt64(std::uint64_t(ticks));
+    return TRUE;
+}
