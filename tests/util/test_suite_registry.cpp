@@ -14,17 +14,15 @@ TEST(LanguageIndex, PrimaryLanguagePicksTheResources) {
         DWORD lcid;
         int index;
     } cases[] = {
-        {0x0409, 0},                      // English (US)
-        {0x0000, 0},         {0x0413, 0}, // Dutch has no resources of its own
-        {0x0407, 1},         {0x0807, 1},
-        {0x10407, 1},                     // German, Swiss German, German phone-book sort
-        {0x040a, 2},         {0x0c0a, 2}, // Spanish
-        {0x0410, 3},         {0x0810, 3}, // Italian
-        {0x040c, 4},         {0x080c, 4}, // French
-        {1028, 5},                        // Chinese (Taiwan)
-        {0x0804, 6},         {0x0c04, 6},
-        {0x10404, 6},        // other Chinese identifiers
-        {0x0407 | 0x400, 0}, // primary 0x007 | bit 10 is another language
+        {0x0409, 0},                            // English (US)
+        {0x0000, 0}, {0x0413, 0},               // Dutch has no resources of its own
+        {0x0407, 1}, {0x0807, 1}, {0x10407, 1}, // German, Swiss German, German phone-book sort
+        {0x040a, 2}, {0x0c0a, 2},               // Spanish
+        {0x0410, 3}, {0x0810, 3},               // Italian
+        {0x040c, 4}, {0x080c, 4},               // French
+        {1028, 5},                              // Chinese (Taiwan)
+        {0x0804, 6}, {0x0c04, 6}, {0x10404, 6}, // other Chinese identifiers
+        {0x0207, 0},                            // the primary language takes ten bits, not eight
     };
     for (const auto& c : cases)
         EXPECT_EQ(languageIndexForLcid(c.lcid), c.index) << std::hex << c.lcid;
