@@ -5,6 +5,7 @@
 #include <climits>
 #include <functional>
 #include <initializer_list>
+#include <ostream>
 
 namespace {
 
@@ -115,6 +116,10 @@ struct DecodeCase {
     QByteArray blob;
     std::function<void(SmsSettings&)> expectedChange; // applied to the sentinel
 };
+
+void PrintTo(const DecodeCase& c, std::ostream* out) {
+    *out << c.name;
+}
 
 class SmsSettingsDecode : public ::testing::TestWithParam<DecodeCase> {};
 
