@@ -205,13 +205,6 @@ INSTANTIATE_TEST_SUITE_P(
                    }}),
     [](const ::testing::TestParamInfo<DecodeCase>& info) { return info.param.name; });
 
-TEST(SmsSettingsColumns, DefaultsPerList) {
-    const SmsSettings s;
-    EXPECT_EQ(s.columnWidths(SmsSettings::InboxList), (Widths{20, 80, 100, 40}));
-    EXPECT_EQ(s.columnWidths(SmsSettings::OutboxList), (Widths{20, 80, 100, 40}));
-    EXPECT_EQ(s.columnWidths(SmsSettings::CellBroadcastList), (Widths{20, 60, 160, 0}));
-}
-
 TEST(SmsSettingsColumns, ListIndexBounds) {
     SmsSettings s;
     s.setColumnWidths(0, {1, 1, 1, 1});
@@ -247,18 +240,6 @@ TEST(SmsSettingsLoad, ReadsOnceAndKeepsDefaultsWhenNothingIsStored) {
     });
     EXPECT_EQ(reads, 1) << "a failed or empty read is not retried";
     EXPECT_TRUE(s.firstName.isEmpty());
-}
-
-TEST(SmsSettingsLoad, ShortBlobLeavesDefaultsBehindIt) {
-    SmsSettings s;
-    s.currentList = 2;
-    s.setColumnWidths(2, {1, 2, 3, 4});
-    s.load([] { return text(u"Ann") + text(u"") + text(u"") + bytes({0}); });
-    SmsSettings expected;
-    expected.firstName = QStringLiteral("Ann");
-    expected.showProgress = false;
-    expected.loaded = true;
-    EXPECT_EQ(s, expected);
 }
 
 TEST(SmsSettingsSave, HandsTheEncodedBlobOverAndReportsTheOutcome) {

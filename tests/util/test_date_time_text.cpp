@@ -113,16 +113,6 @@ TEST_F(DateTimeText, AFileTimeBeyondTheCalendarGivesEmptyTexts) {
     EXPECT_TRUE(time.isEmpty());
 }
 
-TEST_F(DateTimeText, DateAndTimeAcceptsOneOutputOnly) {
-    const FILETIME stamp = fileTime(at(2003, 5, 17, 14, 5));
-    QString time;
-    FormatDateAndTime(stamp, nullptr, &time);
-    EXPECT_EQ(time, QStringLiteral("14:05"));
-    QString date;
-    FormatDateAndTime(stamp, &date, nullptr);
-    EXPECT_EQ(date, QStringLiteral("2003-05-17"));
-}
-
 TEST_F(DateTimeText, CurrentLocalFileTimeComesFromTheInstalledClock) {
     setNow(at(2003, 5, 17, 14, 5, 30));
     const FILETIME now = CurrentLocalFileTime();
