@@ -191,10 +191,8 @@ void Hive::initialise() {
     if (rc != SQLITE_OK)
         fail(rc, "open");
     sqlite3_busy_timeout(db, 5000);
-    execute("PRAGMA journal_mode=WAL");
-    // A commit returns only once the journal is on disk.
-    execute("PRAGMA synchronous=FULL");
-
+    // Only reads until the file is known to be a hive: even switching the journal mode would
+    // write to someone else's database.
     {
         Cursor check(statement("PRAGMA quick_check"));
         if (check.next() && check.text(0) != QLatin1String("ok"))
@@ -204,26 +202,35 @@ void Hive::initialise() {
     }
 
     std::int64_t version = 0;
-    std::int64_t objects = 0;
     {
         Cursor query(statement("PRAGMA user_version"));
         if (query.next())
             version = query.integer(0);
     }
+    std::int64_t objects = 0;
+    std::int64_t hiveTables = 0;
     {
-        Cursor query(statement("SELECT count(*) FROM sqlite_master"));
-        if (query.next())
+        Cursor query(statement("SELECT count(*), count(CASE WHEN type = 'table' AND"
+                               " name IN ('keys', 'vals') THEN 1 END) FROM sqlite_master"));
+        if (query.next()) {
             objects = query.integer(0);
+            hiveTables = query.integer(1);
+        }
     }
-    if (version == 0 && objects == 0)
-        createSchema();
-    else if (version != schemaVersion)
+    const bool fresh = version == 0 && objects == 0;
+    if (!fresh && (version != schemaVersion || hiveTables != 2))
         throw HiveError(ERROR_BADDB,
                         QStringLiteral("registry file %1 is not a registry hive of format %2 "
                                        "(found format %3)")
                             .arg(filePath)
                             .arg(schemaVersion)
                             .arg(version));
+
+    execute("PRAGMA journal_mode=WAL");
+    // A commit returns only once the journal is on disk.
+    execute("PRAGMA synchronous=FULL");
+    if (fresh)
+        createSchema();
 }
 
 void Hive::createSchema() {
