@@ -306,6 +306,23 @@ void Hive::Transaction::commit() {
     open = false;
 }
 
+Hive::ReadTransaction::ReadTransaction(Hive& owner)
+    : hive(owner)
+    , owned(sqlite3_get_autocommit(owner.db) != 0) {
+    if (owned)
+        Cursor(hive.statement("BEGIN")).run();
+}
+
+Hive::ReadTransaction::~ReadTransaction() {
+    if (!owned)
+        return;
+    // Ending a transaction that wrote nothing only releases its lock; no error to report.
+    sqlite3_stmt* commit = hive.statement("COMMIT").stmt;
+    if (sqlite3_step(commit) != SQLITE_DONE)
+        sqlite3_exec(hive.db, "ROLLBACK", nullptr, nullptr, nullptr);
+    sqlite3_reset(commit);
+}
+
 bool Hive::keyExists(KeyId key) {
     Cursor query(statement("SELECT 1 FROM keys WHERE id = ?"));
     return query.bind(key).next();

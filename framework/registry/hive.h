@@ -104,6 +104,20 @@ public:
         bool open = true;
     };
 
+    // Several reads seen as one snapshot, and the file locked once for them rather than per
+    // statement. Does nothing inside a write transaction.
+    class ReadTransaction {
+    public:
+        explicit ReadTransaction(Hive& hive);
+        ~ReadTransaction();
+        ReadTransaction(const ReadTransaction&) = delete;
+        ReadTransaction& operator=(const ReadTransaction&) = delete;
+
+    private:
+        Hive& hive;
+        bool owned;
+    };
+
 private:
     class Statement;
     class Cursor;

@@ -181,6 +181,7 @@ LONG RegOpenKeyExW(HKEY key, LPCWSTR subKey, DWORD options, REGSAM access, PHKEY
     *result = nullptr;
     return guarded([&] {
         const Target target = resolve(key);
+        const Hive::ReadTransaction snapshot(*target.hive);
         const QStringList names = splitPath(subKey);
         if (!target.hive->keyExists(target.key))
             return ERROR_KEY_DELETED;
@@ -225,6 +226,7 @@ LONG RegQueryValueExW(HKEY key, LPCWSTR valueName, LPDWORD reserved, LPDWORD typ
         return ERROR_INVALID_PARAMETER;
     return guarded([&] {
         const Target target = resolve(key);
+        const Hive::ReadTransaction snapshot(*target.hive);
         const auto value = target.hive->value(target.key, valueNameOf(valueName));
         if (!value)
             return missing(target, ERROR_FILE_NOT_FOUND);
@@ -257,6 +259,7 @@ LONG RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameLength, LPDWO
         return ERROR_INVALID_PARAMETER;
     return guarded([&] {
         const Target target = resolve(key);
+        const Hive::ReadTransaction snapshot(*target.hive);
         const auto subKey = target.hive->subKeyAt(target.key, index);
         if (!subKey)
             return missing(target, ERROR_NO_MORE_ITEMS);
@@ -276,6 +279,7 @@ LONG RegEnumValueW(HKEY key, DWORD index, LPWSTR valueName, LPDWORD valueNameLen
         return ERROR_INVALID_PARAMETER;
     return guarded([&] {
         const Target target = resolve(key);
+        const Hive::ReadTransaction snapshot(*target.hive);
         const auto value = target.hive->valueAt(target.key, index);
         if (!value)
             return missing(target, ERROR_NO_MORE_ITEMS);
@@ -296,6 +300,7 @@ LONG RegQueryInfoKeyW(HKEY key, LPWSTR keyClass, LPDWORD classLength, LPDWORD re
         return ERROR_INVALID_PARAMETER;
     return guarded([&] {
         const Target target = resolve(key);
+        const Hive::ReadTransaction snapshot(*target.hive);
         if (!target.hive->keyExists(target.key))
             return ERROR_KEY_DELETED;
         const auto statistics = target.hive->statistics(target.key);
