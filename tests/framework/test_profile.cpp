@@ -130,16 +130,6 @@ TEST_F(ProfileTest, NullTextDeletesTheEntryAndNullEntryTheSection) {
     EXPECT_TRUE(profile::writeProfileString(QStringLiteral("Variables"), QString(), QString()));
 }
 
-TEST_F(ProfileTest, SectionKeysAreCreatedBelowTheProfileKey) {
-    HKEY section = profile::getSectionKey(QStringLiteral("Variables\\Meeting Status"));
-    ASSERT_NE(section, nullptr);
-    ASSERT_EQ(setString(section, QStringLiteral("Def"), QStringLiteral("busy")), ERROR_SUCCESS);
-    RegCloseKey(section);
-    EXPECT_EQ(profile::getProfileString(QStringLiteral("VARIABLES\\meeting status"),
-                                        QStringLiteral("def")),
-              QStringLiteral("busy"));
-}
-
 TEST_F(ProfileTest, NothingIsWrittenWithoutRegistryKeyAndProfileName) {
     profile::setRegistryKey(QString());
     EXPECT_EQ(profile::getAppRegistryKey(), nullptr);
