@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include <map>
+#include <utility>
 #include <vector>
 
 namespace tessaly {
@@ -22,6 +23,7 @@ struct ControlTemplate {
     int height = 0;
     QStringList styles;  // style names as written; a NOT-ed style is stored as "NOT NAME"
     QStringList exStyles;
+    int helpId = 0;  // DIALOGEX only
 };
 
 struct DialogTemplate {
@@ -36,8 +38,22 @@ struct DialogTemplate {
     QStringList exStyles;
     QString fontName;
     int fontSize = 0;
+    int fontWeight = 0;  // DIALOGEX FONT extras; 0 when not given
+    bool fontItalic = false;
+    int fontCharset = 0;
     int menuId = 0;
+    QString className;  // CLASS statement, empty when absent
+    int helpId = 0;     // DIALOGEX only
     std::vector<ControlTemplate> controls;
+
+    const ControlTemplate* control(int controlId) const
+    {
+        for (const ControlTemplate& c : controls) {
+            if (c.id == controlId)
+                return &c;
+        }
+        return nullptr;
+    }
 };
 
 struct MenuItem {
@@ -45,7 +61,8 @@ struct MenuItem {
     QString text;
     bool separator = false;
     bool checked = false;
-    bool enabled = true;
+    bool enabled = true;  // false for GRAYED and for INACTIVE
+    bool grayed = false;  // GRAYED: disabled and drawn dimmed; INACTIVE leaves it undimmed
     std::vector<MenuItem> children;  // non-empty or isPopup for POPUP entries
     bool isPopup = false;
 };
@@ -55,11 +72,26 @@ struct MenuTemplate {
     std::vector<MenuItem> items;
 };
 
+// A resource that names a file beside the script, such as `10020 BITMAP "send.bmp"`.
+struct FileResource {
+    QString type;  // as written: BITMAP, ICON, PNG, ...
+    int id = 0;
+    QString fileName;
+};
+
 struct ResourceScript {
     std::map<int, QString> strings;
     std::map<int, DialogTemplate> dialogs;
     std::map<int, MenuTemplate> menus;
     std::map<QString, int> symbols;  // #define NAME value seen while parsing
+    std::map<std::pair<QString, int>, FileResource> files;  // keyed by (upper-case type, id)
+
+    // The text of a string-table entry, empty when there is none.
+    QString string(int id) const
+    {
+        const auto found = strings.find(id);
+        return found == strings.end() ? QString() : found->second;
+    }
 };
 
 } // namespace tessaly
