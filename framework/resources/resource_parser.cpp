@@ -545,19 +545,18 @@ private:
         symbol.definition = QStringLiteral("%1:%2").arg(context_.files.value(file_)).arg(line_);
         const QString valueText = rest.mid(name.size());
         if (!valueText.startsWith(u'(')) {  // a function-like macro is never a number
-            std::vector<Token> valueTokens;
-            Lexer valueLexer(context_, valueTokens, depth_);
-            valueLexer.run(valueText, file_, line_, false);
-            if (!valueTokens.empty()) {
-                valueTokens.push_back(Token{TokenKind::End, {}, 0, line_, file_});
-                TokenCursor cursor(valueTokens, context_);
-                try {
+            try {
+                std::vector<Token> valueTokens;
+                Lexer(context_, valueTokens, depth_).run(valueText, file_, line_, false);
+                if (!valueTokens.empty()) {
+                    valueTokens.push_back(Token{TokenKind::End, {}, 0, line_, file_});
+                    TokenCursor cursor(valueTokens, context_);
                     const qint64 value = cursor.expression();
                     if (cursor.atEnd())
                         symbol.value = value;
-                } catch (const Failure&) {
-                    // Not a number (a text or a type, say): fine until a resource uses it.
                 }
+            } catch (const Failure&) {
+                // Not a number (a text or a type, say): fine until a resource uses it.
             }
         }
         context_.symbols[name] = symbol;
@@ -997,8 +996,10 @@ private:
             } else if (isOption("INACTIVE")) {
                 item.enabled = false;
             } else if (!(isOption("MENUBARBREAK") || isOption("MENUBREAK") || isOption("HELP"))) {
-                if (ahead == 1)
-                    in_.expected(QStringLiteral("CHECKED, GRAYED or INACTIVE after ','"));
+                if (ahead == 1) {
+                    in_.next();
+                    in_.expected(QStringLiteral("CHECKED, GRAYED or INACTIVE"));
+                }
                 return;
             }
             if (ahead == 1)
