@@ -16,30 +16,26 @@ namespace {
 const QString scriptBaseName = QStringLiteral("sms");
 
 std::mutex cacheMutex;
-std::map<QString, std::unique_ptr<const ResourceScript>> cache;  // by resolved language
+std::map<QString, std::unique_ptr<const ResourceScript>> cache; // by resolved language
 
 } // namespace
 
-QString embeddedScriptDirectory()
-{
+QString embeddedScriptDirectory() {
     return QStringLiteral(":/tessaly/sms");
 }
 
-QString resolvedLanguage(const QString& language)
-{
+QString resolvedLanguage(const QString& language) {
     QString chosen;
     findLanguageScript(embeddedScriptDirectory(), scriptBaseName, language, &chosen);
     return chosen;
 }
 
-ResourceParseResult parseEmbeddedScript(const QString& language)
-{
+ResourceParseResult parseEmbeddedScript(const QString& language) {
     const QString path = findLanguageScript(embeddedScriptDirectory(), scriptBaseName, language);
     return parseResourceFile(path);
 }
 
-const ResourceScript& resourcesFor(const QString& language)
-{
+const ResourceScript& resourcesFor(const QString& language) {
     const std::lock_guard lock(cacheMutex);
     QString chosen = resolvedLanguage(language);
     auto found = cache.find(chosen);
@@ -62,8 +58,7 @@ const ResourceScript& resourcesFor(const QString& language)
     return *cache.emplace(chosen, std::move(stored)).first->second;
 }
 
-const ResourceScript& resources()
-{
+const ResourceScript& resources() {
     static const ResourceScript& chosen = resourcesFor(startupLanguage());
     return chosen;
 }

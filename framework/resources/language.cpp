@@ -6,8 +6,7 @@
 
 namespace tessaly {
 
-QString normalizeLanguage(const QString& name)
-{
+QString normalizeLanguage(const QString& name) {
     QString code;
     for (const QChar c : name) {
         if (!c.isLetter())
@@ -19,16 +18,14 @@ QString normalizeLanguage(const QString& name)
     return code;
 }
 
-QString startupLanguage()
-{
+QString startupLanguage() {
     const QString requested = qEnvironmentVariable("TESSALY_LANGUAGE");
     if (!requested.isEmpty())
         return normalizeLanguage(requested);
     return normalizeLanguage(QLocale::system().name());
 }
 
-QString scriptFileName(const QString& baseName, const QString& language)
-{
+QString scriptFileName(const QString& baseName, const QString& language) {
     const QString code = normalizeLanguage(language);
     if (code == QStringView(kEnglish))
         return baseName + QStringLiteral(".rc");
@@ -36,8 +33,7 @@ QString scriptFileName(const QString& baseName, const QString& language)
 }
 
 QString findLanguageScript(const QString& directory, const QString& baseName,
-                           const QString& language, QString* chosenLanguage)
-{
+                           const QString& language, QString* chosenLanguage) {
     const QDir folder(directory);
     QString code = normalizeLanguage(language);
     QString path = folder.filePath(scriptFileName(baseName, code));

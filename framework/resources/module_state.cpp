@@ -6,24 +6,20 @@ namespace {
 thread_local ModuleState threadState;
 } // namespace
 
-ModuleState currentModuleState()
-{
+ModuleState currentModuleState() {
     return threadState;
 }
 
-void setCurrentModuleState(const ModuleState& state)
-{
+void setCurrentModuleState(const ModuleState& state) {
     threadState = state;
 }
 
 ModuleStateGuard::ModuleStateGuard(const ModuleState& state)
-    : previous_(threadState)
-{
+    : previous_(threadState) {
     threadState = state;
 }
 
-ModuleStateGuard::~ModuleStateGuard()
-{
+ModuleStateGuard::~ModuleStateGuard() {
     threadState = previous_;
 }
 

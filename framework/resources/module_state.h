@@ -11,7 +11,7 @@ namespace tessaly {
 
 struct ModuleState {
     const ResourceScript* resources = nullptr;
-    void* moduleData = nullptr;  // the module's own, never looked into by the framework
+    void* moduleData = nullptr; // the module's own, never looked into by the framework
 
     bool operator==(const ModuleState&) const = default;
 };
@@ -25,8 +25,7 @@ class ModuleStateGuard {
 public:
     explicit ModuleStateGuard(const ModuleState& state);
     ModuleStateGuard(const ResourceScript* resources, void* moduleData)
-        : ModuleStateGuard(ModuleState{resources, moduleData})
-    {}
+        : ModuleStateGuard(ModuleState{resources, moduleData}) {}
     ~ModuleStateGuard();
 
     ModuleStateGuard(const ModuleStateGuard&) = delete;

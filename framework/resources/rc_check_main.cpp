@@ -8,8 +8,7 @@
 
 #include <cstdio>
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     QStringList includeDirectories;
     QStringList scripts;
     QString stamp;

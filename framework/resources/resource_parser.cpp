@@ -11,8 +11,7 @@
 
 namespace tessaly {
 
-QString ResourceParseError::toString() const
-{
+QString ResourceParseError::toString() const {
     return QStringLiteral("%1:%2: %3").arg(file).arg(line).arg(message);
 }
 
@@ -22,15 +21,16 @@ enum class TokenKind { Identifier, Number, String, Punct, End };
 
 struct Token {
     TokenKind kind = TokenKind::End;
-    QString text;  // identifier, decoded string, punctuation, or the number as written
+    QString text; // identifier, decoded string, punctuation, or the number as written
     qint64 number = 0;
     int line = 0;
-    int file = 0;  // index into Context::files
+    int file = 0; // index into Context::files
 };
 
 struct Symbol {
-    std::optional<qint64> value;  // empty: defined, but not as a number
-    QString definition;           // where, for messages: "resource.h:12"
+    std::optional<qint64> value; // empty: defined, but not as a number
+    int file = -1;               // where it was defined, for messages; -1 for the platform's
+    int line = 0;
 };
 
 // Thrown inside the parser only; parseResourceScript turns it into a ResourceParseError.
@@ -46,14 +46,12 @@ struct Context {
     std::map<QString, Symbol> symbols;
     IncludeResolver resolveInclude;
 
-    [[noreturn]] void fail(int file, int line, const QString& message) const
-    {
+    [[noreturn]] void fail(int file, int line, const QString& message) const {
         throw Failure{ResourceParseError{files.value(file), line, message}};
     }
 };
 
-QString describe(const Token& token)
-{
+QString describe(const Token& token) {
     switch (token.kind) {
     case TokenKind::End:
         return QStringLiteral("end of file");
@@ -73,16 +71,13 @@ class TokenCursor {
 public:
     TokenCursor(const std::vector<Token>& tokens, Context& context)
         : tokens_(tokens)
-        , context_(context)
-    {}
+        , context_(context) {}
 
-    const Token& peek(size_t ahead = 0) const
-    {
+    const Token& peek(size_t ahead = 0) const {
         const size_t index = position_ + ahead;
         return index < tokens_.size() ? tokens_[index] : tokens_.back();
     }
-    const Token& next()
-    {
+    const Token& next() {
         const Token& token = peek();
         if (position_ < tokens_.size() - 1)
             ++position_;
@@ -90,52 +85,44 @@ public:
     }
     bool atEnd() const { return peek().kind == TokenKind::End; }
 
-    bool isPunct(const char* punct, size_t ahead = 0) const
-    {
+    bool isPunct(const char* punct, size_t ahead = 0) const {
         const Token& token = peek(ahead);
         return token.kind == TokenKind::Punct && token.text == QLatin1String(punct);
     }
-    bool isKeyword(const char* keyword, size_t ahead = 0) const
-    {
+    bool isKeyword(const char* keyword, size_t ahead = 0) const {
         const Token& token = peek(ahead);
         return token.kind == TokenKind::Identifier &&
                token.text.compare(QLatin1String(keyword), Qt::CaseInsensitive) == 0;
     }
-    bool acceptPunct(const char* punct)
-    {
+    bool acceptPunct(const char* punct) {
         if (!isPunct(punct))
             return false;
         next();
         return true;
     }
-    bool acceptKeyword(const char* keyword)
-    {
+    bool acceptKeyword(const char* keyword) {
         if (!isKeyword(keyword))
             return false;
         next();
         return true;
     }
 
-    [[noreturn]] void failHere(const QString& message) const
-    {
+    [[noreturn]] void failHere(const QString& message) const {
         const Token& token = peek();
         context_.fail(token.file, token.line, message);
     }
-    [[noreturn]] void expected(const QString& what) const
-    {
+    [[noreturn]] void expected(const QString& what) const {
         failHere(QStringLiteral("expected %1, found %2").arg(what, describe(peek())));
     }
 
-    void expectPunct(const char* punct)
-    {
+    void expectPunct(const char* punct) {
         if (!acceptPunct(punct))
             expected(QStringLiteral("'%1'").arg(QLatin1String(punct)));
     }
 
     qint64 expression() { return orExpression(); }
 
-    bool startsExpression() const
-    {
+    bool startsExpression() const {
         const Token& token = peek();
         return token.kind == TokenKind::Number || token.kind == TokenKind::Identifier ||
                isPunct("(") || isPunct("-") || isPunct("~") || isPunct("+");
@@ -144,22 +131,19 @@ public:
     Context& context() { return context_; }
 
 private:
-    qint64 orExpression()
-    {
+    qint64 orExpression() {
         qint64 value = andExpression();
         while (acceptPunct("|"))
             value |= andExpression();
         return value;
     }
-    qint64 andExpression()
-    {
+    qint64 andExpression() {
         qint64 value = additive();
         while (acceptPunct("&"))
             value &= additive();
         return value;
     }
-    qint64 additive()
-    {
+    qint64 additive() {
         qint64 value = multiplicative();
         for (;;) {
             if (acceptPunct("+"))
@@ -170,8 +154,7 @@ private:
                 return value;
         }
     }
-    qint64 multiplicative()
-    {
+    qint64 multiplicative() {
         qint64 value = unary();
         for (;;) {
             if (acceptPunct("*")) {
@@ -187,8 +170,7 @@ private:
             }
         }
     }
-    qint64 unary()
-    {
+    qint64 unary() {
         if (acceptPunct("-"))
             return -unary();
         if (acceptPunct("+"))
@@ -197,8 +179,7 @@ private:
             return ~unary();
         return primary();
     }
-    qint64 primary()
-    {
+    qint64 primary() {
         const Token& token = peek();
         if (token.kind == TokenKind::Number) {
             next();
@@ -209,8 +190,9 @@ private:
             if (found == context_.symbols.end())
                 failHere(QStringLiteral("unknown symbol %1").arg(token.text));
             if (!found->second.value) {
-                failHere(QStringLiteral("symbol %1 (defined at %2) is not a number")
-                             .arg(token.text, found->second.definition));
+                failHere(QStringLiteral("symbol %1 (defined at %2:%3) is not a number")
+                             .arg(token.text, context_.files.value(found->second.file))
+                             .arg(found->second.line));
             }
             next();
             return *found->second.value;
@@ -236,12 +218,10 @@ public:
     Lexer(Context& context, std::vector<Token>& out, int depth)
         : context_(context)
         , out_(out)
-        , depth_(depth)
-    {}
+        , depth_(depth) {}
 
     // Tokenizes `text` (the whole of file `file`, or one directive's value starting at `line`).
-    void run(const QString& text, int file, int line = 1, bool directivesAllowed = true)
-    {
+    void run(const QString& text, int file, int line = 1, bool directivesAllowed = true) {
         text_ = text;
         file_ = file;
         line_ = line;
@@ -296,34 +276,30 @@ public:
 
 private:
     struct Condition {
-        bool active;        // this branch's lines are used
-        bool parentActive;  // the enclosing branch's lines are used
+        bool active;       // this branch's lines are used
+        bool parentActive; // the enclosing branch's lines are used
         bool elseSeen = false;
     };
 
     [[noreturn]] void fail(const QString& message) const { context_.fail(file_, line_, message); }
 
-    QChar peekChar(int ahead) const
-    {
+    QChar peekChar(int ahead) const {
         const qsizetype index = pos_ + ahead;
         return index < text_.size() ? text_[index] : QChar();
     }
 
     bool skipping() const { return !conditions_.empty() && !conditions_.back().active; }
 
-    void push(TokenKind kind, const QString& text, qint64 number = 0)
-    {
+    void push(TokenKind kind, const QString& text, qint64 number = 0) {
         out_.push_back(Token{kind, text, number, line_, file_});
     }
 
-    void skipToLineEnd()
-    {
+    void skipToLineEnd() {
         while (pos_ < text_.size() && text_[pos_] != u'\n')
             ++pos_;
     }
 
-    void skipBlockComment()
-    {
+    void skipBlockComment() {
         const int startLine = line_;
         pos_ += 2;
         while (pos_ < text_.size()) {
@@ -339,18 +315,17 @@ private:
         fail(QStringLiteral("unterminated comment"));
     }
 
-    void stringLiteral()
-    {
+    void stringLiteral() {
         if (text_[pos_] == u'L')
             ++pos_;
-        ++pos_;  // opening quote
+        ++pos_; // opening quote
         QString value;
         for (;;) {
             if (pos_ >= text_.size() || text_[pos_] == u'\n')
                 fail(QStringLiteral("unterminated string"));
             const QChar c = text_[pos_];
             if (c == u'"') {
-                if (peekChar(1) == u'"') {  // "" stands for one quote
+                if (peekChar(1) == u'"') { // "" stands for one quote
                     value += u'"';
                     pos_ += 2;
                     continue;
@@ -368,8 +343,7 @@ private:
         push(TokenKind::String, value);
     }
 
-    QString escape()
-    {
+    QString escape() {
         const QChar c = peekChar(1);
         pos_ += 2;
         switch (c.unicode()) {
@@ -406,8 +380,7 @@ private:
         }
     }
 
-    static int digitValue(QChar c, int base)
-    {
+    static int digitValue(QChar c, int base) {
         const char16_t u = c.unicode();
         int value = -1;
         if (u >= u'0' && u <= u'9')
@@ -420,8 +393,7 @@ private:
     }
 
     // \x with up to four hexadecimal digits, or up to three octal digits; pos_ at the first.
-    QString numericEscape(int base, int maxDigits)
-    {
+    QString numericEscape(int base, int maxDigits) {
         char16_t value = 0;
         int digits = 0;
         while (digits < maxDigits && pos_ < text_.size()) {
@@ -437,8 +409,7 @@ private:
         return QString(QChar(value));
     }
 
-    void numberLiteral()
-    {
+    void numberLiteral() {
         const qsizetype start = pos_;
         int base = 10;
         if (text_[pos_] == u'0' && (peekChar(1) == u'x' || peekChar(1) == u'X')) {
@@ -461,8 +432,7 @@ private:
         push(TokenKind::Number, written, value);
     }
 
-    void identifier()
-    {
+    void identifier() {
         const qsizetype start = pos_;
         while (pos_ < text_.size() && (text_[pos_].isLetterOrNumber() || text_[pos_] == u'_'))
             ++pos_;
@@ -470,8 +440,14 @@ private:
     }
 
     // One logical line from '#' on (backslash-newline joins lines); pos_ ends at its newline.
-    QString directiveLine()
-    {
+    QString directiveLine() {
+        const qsizetype end = text_.indexOf(u'\n', pos_);
+        const qsizetype lineEnd = end < 0 ? text_.size() : end;
+        if (lineEnd == pos_ || text_[lineEnd - 1] != u'\\') { // no continuation: one slice
+            const QString line = text_.mid(pos_, lineEnd - pos_);
+            pos_ = lineEnd;
+            return line;
+        }
         QString line;
         while (pos_ < text_.size() && text_[pos_] != u'\n') {
             if (text_[pos_] == u'\\' && peekChar(1) == u'\n') {
@@ -485,10 +461,9 @@ private:
         return line;
     }
 
-    void directive()
-    {
+    void directive() {
         const int line = line_;
-        const QString content = directiveLine().mid(1).trimmed();  // without '#'
+        const QString content = directiveLine().mid(1).trimmed(); // without '#'
         qsizetype nameEnd = 0;
         while (nameEnd < content.size() && content[nameEnd].isLetter())
             ++nameEnd;
@@ -528,23 +503,27 @@ private:
         line_ = savedLine;
     }
 
-    static QString firstWord(const QString& text)
-    {
+    static QString firstWord(const QString& text) {
         qsizetype end = 0;
         while (end < text.size() && (text[end].isLetterOrNumber() || text[end] == u'_'))
             ++end;
         return text.left(end);
     }
 
-    void define(const QString& rest)
-    {
+    void define(const QString& rest) {
         const QString name = firstWord(rest);
         if (name.isEmpty() || name[0].isDigit())
             fail(QStringLiteral("expected a name after #define"));
-        Symbol symbol;
-        symbol.definition = QStringLiteral("%1:%2").arg(context_.files.value(file_)).arg(line_);
+        Symbol symbol{std::nullopt, file_, line_};
         const QString valueText = rest.mid(name.size());
-        if (!valueText.startsWith(u'(')) {  // a function-like macro is never a number
+        const QString trimmedValue = valueText.trimmed();
+        const bool hex = trimmedValue.startsWith(QLatin1String("0x"), Qt::CaseInsensitive);
+        bool plainNumber = false;
+        const qint64 number = hex ? trimmedValue.mid(2).toLongLong(&plainNumber, 16)
+                                  : trimmedValue.toLongLong(&plainNumber, 10);
+        if (plainNumber) { // the common case, without a lexer of its own
+            symbol.value = number;
+        } else if (!valueText.startsWith(u'(')) { // a function-like macro is never a number
             try {
                 std::vector<Token> valueTokens;
                 Lexer(context_, valueTokens, depth_).run(valueText, file_, line_, false);
@@ -562,8 +541,7 @@ private:
         context_.symbols[name] = symbol;
     }
 
-    void include(const QString& rest)
-    {
+    void include(const QString& rest) {
         QString name;
         if (rest.size() >= 2 && ((rest.startsWith(u'"') && rest.indexOf(u'"', 1) > 0) ||
                                  (rest.startsWith(u'<') && rest.indexOf(u'>', 1) > 0))) {
@@ -599,32 +577,29 @@ private:
 // ---------------------------------------------------------------------------------------------
 // Parser over the token stream.
 
-const QStringList& memoryFlags()
-{
+const QStringList& memoryFlags() {
     static const QStringList flags{
-        QStringLiteral("PRELOAD"),     QStringLiteral("LOADONCALL"), QStringLiteral("FIXED"),
-        QStringLiteral("MOVEABLE"),    QStringLiteral("DISCARDABLE"), QStringLiteral("PURE"),
-        QStringLiteral("IMPURE"),      QStringLiteral("SHARED"),     QStringLiteral("NONSHARED")};
+        QStringLiteral("PRELOAD"),  QStringLiteral("LOADONCALL"),  QStringLiteral("FIXED"),
+        QStringLiteral("MOVEABLE"), QStringLiteral("DISCARDABLE"), QStringLiteral("PURE"),
+        QStringLiteral("IMPURE"),   QStringLiteral("SHARED"),      QStringLiteral("NONSHARED")};
     return flags;
 }
 
 // Statements whose first argument is the control's text.
-const QStringList& textControls()
-{
+const QStringList& textControls() {
     static const QStringList statements{
-        QStringLiteral("LTEXT"),          QStringLiteral("RTEXT"),
-        QStringLiteral("CTEXT"),          QStringLiteral("PUSHBUTTON"),
-        QStringLiteral("DEFPUSHBUTTON"),  QStringLiteral("GROUPBOX"),
-        QStringLiteral("AUTOCHECKBOX"),   QStringLiteral("AUTORADIOBUTTON"),
-        QStringLiteral("CHECKBOX"),       QStringLiteral("RADIOBUTTON"),
-        QStringLiteral("AUTO3STATE"),     QStringLiteral("STATE3"),
+        QStringLiteral("LTEXT"),         QStringLiteral("RTEXT"),
+        QStringLiteral("CTEXT"),         QStringLiteral("PUSHBUTTON"),
+        QStringLiteral("DEFPUSHBUTTON"), QStringLiteral("GROUPBOX"),
+        QStringLiteral("AUTOCHECKBOX"),  QStringLiteral("AUTORADIOBUTTON"),
+        QStringLiteral("CHECKBOX"),      QStringLiteral("RADIOBUTTON"),
+        QStringLiteral("AUTO3STATE"),    QStringLiteral("STATE3"),
         QStringLiteral("PUSHBOX")};
     return statements;
 }
 
 // Statements that start with the control's id.
-const QStringList& plainControls()
-{
+const QStringList& plainControls() {
     static const QStringList statements{QStringLiteral("EDITTEXT"), QStringLiteral("COMBOBOX"),
                                         QStringLiteral("LISTBOX"), QStringLiteral("SCROLLBAR")};
     return statements;
@@ -634,23 +609,20 @@ class Parser {
 public:
     Parser(const std::vector<Token>& tokens, Context& context, ResourceScript& script)
         : in_(tokens, context)
-        , script_(script)
-    {}
+        , script_(script) {}
 
-    void run()
-    {
+    void run() {
         while (!in_.atEnd())
             topLevel();
     }
 
 private:
-    void topLevel()
-    {
+    void topLevel() {
         if (in_.acceptKeyword("STRINGTABLE")) {
             stringTable();
             return;
         }
-        if (in_.acceptKeyword("LANGUAGE")) {  // the script's language: chosen by file, not here
+        if (in_.acceptKeyword("LANGUAGE")) { // the script's language: chosen by file, not here
             languageArguments();
             return;
         }
@@ -672,35 +644,30 @@ private:
             in_.expected(QStringLiteral("a resource type (DIALOG, DIALOGEX, MENU, BITMAP, ...)"));
     }
 
-    void languageArguments()
-    {
+    void languageArguments() {
         in_.expression();
         in_.expectPunct(",");
         in_.expression();
     }
 
-    void skipMemoryFlags()
-    {
+    void skipMemoryFlags() {
         while (in_.peek().kind == TokenKind::Identifier &&
                memoryFlags().contains(in_.peek().text, Qt::CaseInsensitive)) {
             in_.next();
         }
     }
 
-    void beginBlock()
-    {
+    void beginBlock() {
         if (!in_.acceptKeyword("BEGIN") && !in_.acceptPunct("{"))
             in_.expected(QStringLiteral("BEGIN"));
     }
     bool atBlockEnd() const { return in_.isKeyword("END") || in_.isPunct("}"); }
-    void endBlock()
-    {
+    void endBlock() {
         if (!in_.acceptKeyword("END") && !in_.acceptPunct("}"))
             in_.expected(QStringLiteral("END"));
     }
 
-    int resourceId(const QString& what, qint64 minimum = 0)
-    {
+    int resourceId(const QString& what, qint64 minimum = 0) {
         if (!in_.startsExpression())
             in_.expected(what);
         const Token& first = in_.peek();
@@ -716,8 +683,7 @@ private:
         return int(value);
     }
 
-    int number(const QString& what)
-    {
+    int number(const QString& what) {
         if (!in_.startsExpression())
             in_.expected(what);
         const Token& first = in_.peek();
@@ -728,8 +694,7 @@ private:
     }
 
     // One or more adjacent string literals, joined.
-    QString string(const QString& what)
-    {
+    QString string(const QString& what) {
         if (in_.peek().kind != TokenKind::String)
             in_.expected(what);
         QString text;
@@ -738,8 +703,7 @@ private:
         return text;
     }
 
-    void stringTable()
-    {
+    void stringTable() {
         skipMemoryFlags();
         while (in_.isKeyword("LANGUAGE") || in_.isKeyword("CHARACTERISTICS") ||
                in_.isKeyword("VERSION")) {
@@ -767,8 +731,7 @@ private:
     }
 
     // Style names as written, e.g. WS_CHILD | NOT WS_VISIBLE | 0x10.
-    QStringList styleList()
-    {
+    QStringList styleList() {
         QStringList styles;
         do {
             const bool negated = in_.acceptKeyword("NOT");
@@ -781,16 +744,15 @@ private:
         return styles;
     }
 
-    void checkNewId(bool inserted, const Token& idToken, const char* kind, int id)
-    {
+    void checkNewId(bool inserted, const Token& idToken, const char* kind, int id) {
         if (!inserted) {
-            in_.context().fail(idToken.file, idToken.line,
-                               QStringLiteral("duplicate %1 id %2").arg(QLatin1String(kind)).arg(id));
+            in_.context().fail(
+                idToken.file, idToken.line,
+                QStringLiteral("duplicate %1 id %2").arg(QLatin1String(kind)).arg(id));
         }
     }
 
-    void dialog(int id, bool extended, const Token& idToken)
-    {
+    void dialog(int id, bool extended, const Token& idToken) {
         DialogTemplate dialog;
         dialog.id = id;
         dialog.extended = extended;
@@ -815,8 +777,7 @@ private:
         checkNewId(script_.dialogs.emplace(id, std::move(dialog)).second, idToken, "dialog", id);
     }
 
-    void dialogStatements(DialogTemplate& dialog)
-    {
+    void dialogStatements(DialogTemplate& dialog) {
         for (;;) {
             if (in_.acceptKeyword("STYLE")) {
                 dialog.styles = styleList();
@@ -830,7 +791,8 @@ private:
                 dialog.fontName = string(QStringLiteral("a font name in quotes"));
                 if (in_.acceptPunct(",")) {
                     if (!dialog.extended)
-                        in_.failHere(QStringLiteral("FONT weight, italic and charset need DIALOGEX"));
+                        in_.failHere(
+                            QStringLiteral("FONT weight, italic and charset need DIALOGEX"));
                     dialog.fontWeight = number(QStringLiteral("a font weight"));
                     if (in_.acceptPunct(",")) {
                         dialog.fontItalic = number(QStringLiteral("the italic flag")) != 0;
@@ -855,8 +817,7 @@ private:
         }
     }
 
-    void position(ControlTemplate& control)
-    {
+    void position(ControlTemplate& control) {
         control.x = number(QStringLiteral("the control's x"));
         in_.expectPunct(",");
         control.y = number(QStringLiteral("the control's y"));
@@ -866,8 +827,7 @@ private:
         control.height = number(QStringLiteral("the control's height"));
     }
 
-    int controlId()
-    {
+    int controlId() {
         const Token& first = in_.peek();
         const int id = number(QStringLiteral("a control id"));
         if (id < -1 || id > kMaxResourceId) {
@@ -880,8 +840,7 @@ private:
     }
 
     // [, style [, exstyle [, helpid]]] after the position of a control.
-    void optionalStylesAndHelp(ControlTemplate& control, bool extended, bool stylesAllowed)
-    {
+    void optionalStylesAndHelp(ControlTemplate& control, bool extended, bool stylesAllowed) {
         if (stylesAllowed && in_.acceptPunct(",")) {
             control.styles = styleList();
         } else if (stylesAllowed) {
@@ -894,8 +853,7 @@ private:
             control.helpId = number(QStringLiteral("a help id"));
     }
 
-    ControlTemplate control(bool extended)
-    {
+    ControlTemplate control(bool extended) {
         const Token& statement = in_.peek();
         if (statement.kind != TokenKind::Identifier)
             in_.expected(QStringLiteral("a control statement or END"));
@@ -938,8 +896,7 @@ private:
         return control;
     }
 
-    void menu(int id, const Token& idToken)
-    {
+    void menu(int id, const Token& idToken) {
         MenuTemplate menu;
         menu.id = id;
         skipMemoryFlags();
@@ -947,8 +904,7 @@ private:
         checkNewId(script_.menus.emplace(id, std::move(menu)).second, idToken, "menu", id);
     }
 
-    std::vector<MenuItem> menuBlock()
-    {
+    std::vector<MenuItem> menuBlock() {
         std::vector<MenuItem> items;
         beginBlock();
         while (!atBlockEnd()) {
@@ -969,8 +925,7 @@ private:
         return items;
     }
 
-    MenuItem menuItem()
-    {
+    MenuItem menuItem() {
         MenuItem item;
         if (in_.acceptKeyword("SEPARATOR")) {
             item.separator = true;
@@ -983,8 +938,7 @@ private:
         return item;
     }
 
-    void menuOptions(MenuItem& item)
-    {
+    void menuOptions(MenuItem& item) {
         for (;;) {
             const size_t ahead = in_.isPunct(",") ? 1 : 0;
             const auto isOption = [&](const char* name) { return in_.isKeyword(name, ahead); };
@@ -1008,8 +962,7 @@ private:
         }
     }
 
-    void fileResource(int id)
-    {
+    void fileResource(int id) {
         FileResource file;
         file.id = id;
         file.type = in_.next().text;
@@ -1022,21 +975,19 @@ private:
     ResourceScript& script_;
 };
 
-void predefineSymbols(Context& context)
-{
+void predefineSymbols(Context& context) {
     // What the platform's headers give every script.
     static const std::pair<const char*, qint64> predefined[] = {
-        {"IDOK", 1},  {"IDCANCEL", 2}, {"IDABORT", 3}, {"IDRETRY", 4},    {"IDIGNORE", 5},
-        {"IDYES", 6}, {"IDNO", 7},     {"IDCLOSE", 8}, {"IDHELP", 9},     {"IDC_STATIC", -1}};
+        {"IDOK", 1},  {"IDCANCEL", 2}, {"IDABORT", 3}, {"IDRETRY", 4}, {"IDIGNORE", 5},
+        {"IDYES", 6}, {"IDNO", 7},     {"IDCLOSE", 8}, {"IDHELP", 9},  {"IDC_STATIC", -1}};
     for (const auto& [name, value] : predefined)
-        context.symbols[QLatin1String(name)] = Symbol{value, QStringLiteral("<platform>")};
+        context.symbols[QLatin1String(name)] = Symbol{value, -1, 0};
 }
 
 } // namespace
 
 ResourceParseResult parseResourceScript(const QString& text, const QString& fileName,
-                                        const IncludeResolver& resolveInclude)
-{
+                                        const IncludeResolver& resolveInclude) {
     ResourceParseResult result;
     Context context;
     context.files.append(fileName);
@@ -1052,14 +1003,13 @@ ResourceParseResult parseResourceScript(const QString& text, const QString& file
         result.error = failure.error;
     }
     for (const auto& [name, symbol] : context.symbols) {
-        if (symbol.value && symbol.definition != u"<platform>")
+        if (symbol.value && symbol.file >= 0)
             result.script.symbols[name] = int(*symbol.value);
     }
     return result;
 }
 
-std::optional<QString> decodeScriptText(const QByteArray& bytes)
-{
+std::optional<QString> decodeScriptText(const QByteArray& bytes) {
     const bool utf16 = bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF");
     QStringDecoder decoder(utf16 ? QStringDecoder::Utf16 : QStringDecoder::Utf8);
     QString text = decoder.decode(bytes);
@@ -1071,8 +1021,7 @@ std::optional<QString> decodeScriptText(const QByteArray& bytes)
     return text;
 }
 
-IncludeResolver includeSearchPath(const QStringList& directories)
-{
+IncludeResolver includeSearchPath(const QStringList& directories) {
     return [directories](const QString& includeName, const QString&,
                          QString* displayName) -> std::optional<QString> {
         for (const QString& directory : directories) {
@@ -1087,8 +1036,7 @@ IncludeResolver includeSearchPath(const QStringList& directories)
     };
 }
 
-ResourceParseResult parseResourceFile(const QString& path, const QStringList& includeDirectories)
-{
+ResourceParseResult parseResourceFile(const QString& path, const QStringList& includeDirectories) {
     const QString displayName = QFileInfo(path).fileName();
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {

@@ -16,15 +16,15 @@
 namespace tessaly {
 
 struct ResourceParseError {
-    QString file;  // the name the file was given to the parser with, e.g. "sms.rc"
+    QString file; // the name the file was given to the parser with, e.g. "sms.rc"
     int line = 0;
-    QString message;  // e.g. "expected END, found MENUITEM"
+    QString message; // e.g. "expected END, found MENUITEM"
 
-    QString toString() const;  // "sms.rc:42: expected END, found MENUITEM"
+    QString toString() const; // "sms.rc:42: expected END, found MENUITEM"
 };
 
 struct ResourceParseResult {
-    ResourceScript script;  // partial when there is an error; do not use it then
+    ResourceScript script; // partial when there is an error; do not use it then
     std::optional<ResourceParseError> error;
 
     bool ok() const { return !error.has_value(); }

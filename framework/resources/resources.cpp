@@ -4,26 +4,22 @@
 
 namespace tessaly {
 
-const ResourceScript* currentResources()
-{
+const ResourceScript* currentResources() {
     return currentModuleState().resources;
 }
 
-void setCurrentResources(const ResourceScript* resources)
-{
+void setCurrentResources(const ResourceScript* resources) {
     ModuleState state = currentModuleState();
     state.resources = resources;
     setCurrentModuleState(state);
 }
 
-QString loadString(int id)
-{
+QString loadString(int id) {
     const ResourceScript* resources = currentResources();
     return resources ? resources->string(id) : QString();
 }
 
-const DialogTemplate* findDialogTemplate(int id)
-{
+const DialogTemplate* findDialogTemplate(int id) {
     const ResourceScript* resources = currentResources();
     if (!resources)
         return nullptr;
@@ -31,8 +27,7 @@ const DialogTemplate* findDialogTemplate(int id)
     return found == resources->dialogs.end() ? nullptr : &found->second;
 }
 
-const MenuTemplate* findMenuTemplate(int id)
-{
+const MenuTemplate* findMenuTemplate(int id) {
     const ResourceScript* resources = currentResources();
     if (!resources)
         return nullptr;

@@ -8,8 +8,7 @@
 
 namespace {
 
-TEST(Language, NamesNormaliseToTheirLanguageCode)
-{
+TEST(Language, NamesNormaliseToTheirLanguageCode) {
     const std::pair<const char*, const char*> cases[] = {
         {"de_DE.UTF-8", "de"}, {"de-AT", "de"}, {"DE", "de"}, {"en_GB", "en"},
         {"fr", "fr"},          {"", "en"},      {"C", "en"},  {"POSIX", "en"},
@@ -21,14 +20,12 @@ TEST(Language, NamesNormaliseToTheirLanguageCode)
     }
 }
 
-TEST(Language, EnglishScriptHasNoSuffix)
-{
+TEST(Language, EnglishScriptHasNoSuffix) {
     EXPECT_EQ(tessaly::scriptFileName("sms", "en_US"), QStringLiteral("sms.rc"));
     EXPECT_EQ(tessaly::scriptFileName("sms", "de_DE"), QStringLiteral("sms_de.rc"));
 }
 
-TEST(Language, MissingTranslationFallsBackToEnglish)
-{
+TEST(Language, MissingTranslationFallsBackToEnglish) {
     QTemporaryDir folder;
     for (const char* name : {"sms.rc", "sms_de.rc"}) {
         QFile file(QDir(folder.path()).filePath(QLatin1String(name)));
@@ -51,8 +48,7 @@ TEST(Language, MissingTranslationFallsBackToEnglish)
     }
 }
 
-TEST(Language, EnvironmentChoosesTheStartLanguage)
-{
+TEST(Language, EnvironmentChoosesTheStartLanguage) {
     qputenv("TESSALY_LANGUAGE", "de_DE");
     EXPECT_EQ(tessaly::startupLanguage(), QStringLiteral("de"));
     qunsetenv("TESSALY_LANGUAGE");

@@ -11,8 +11,7 @@ using tessaly::ModuleState;
 using tessaly::ModuleStateGuard;
 using tessaly::ResourceScript;
 
-ResourceScript scriptWith(int id, const QString& text)
-{
+ResourceScript scriptWith(int id, const QString& text) {
     ResourceScript script;
     script.strings[id] = text;
     script.menus[id].id = id;
@@ -26,16 +25,14 @@ protected:
     void TearDown() override { tessaly::setCurrentModuleState({}); }
 };
 
-TEST_F(ModuleStateTest, NothingLoadedGivesEmptyResults)
-{
+TEST_F(ModuleStateTest, NothingLoadedGivesEmptyResults) {
     EXPECT_EQ(tessaly::currentResources(), nullptr);
     EXPECT_TRUE(tessaly::loadString(10000).isEmpty());
     EXPECT_EQ(tessaly::findMenuTemplate(10000), nullptr);
     EXPECT_EQ(tessaly::findDialogTemplate(10000), nullptr);
 }
 
-TEST_F(ModuleStateTest, LookupsReadTheCurrentResources)
-{
+TEST_F(ModuleStateTest, LookupsReadTheCurrentResources) {
     const ResourceScript script = scriptWith(7, QStringLiteral("seven"));
     tessaly::setCurrentResources(&script);
     EXPECT_EQ(tessaly::loadString(7), QStringLiteral("seven"));
@@ -46,8 +43,7 @@ TEST_F(ModuleStateTest, LookupsReadTheCurrentResources)
     EXPECT_EQ(tessaly::findDialogTemplate(8), nullptr);
 }
 
-TEST_F(ModuleStateTest, GuardsNestAndRestoreInReverseOrder)
-{
+TEST_F(ModuleStateTest, GuardsNestAndRestoreInReverseOrder) {
     const ResourceScript host = scriptWith(1, QStringLiteral("host"));
     const ResourceScript module = scriptWith(1, QStringLiteral("module"));
     const ResourceScript other = scriptWith(1, QStringLiteral("other"));
@@ -75,8 +71,7 @@ TEST_F(ModuleStateTest, GuardsNestAndRestoreInReverseOrder)
     EXPECT_EQ(tessaly::currentModuleState(), (ModuleState{&host, nullptr}));
 }
 
-TEST_F(ModuleStateTest, SwitchInsideAGuardIsUndoneWithIt)
-{
+TEST_F(ModuleStateTest, SwitchInsideAGuardIsUndoneWithIt) {
     const ResourceScript host = scriptWith(1, QStringLiteral("host"));
     const ResourceScript module = scriptWith(1, QStringLiteral("module"));
     tessaly::setCurrentResources(&host);
@@ -88,8 +83,7 @@ TEST_F(ModuleStateTest, SwitchInsideAGuardIsUndoneWithIt)
     EXPECT_EQ(tessaly::loadString(1), QStringLiteral("host"));
 }
 
-TEST_F(ModuleStateTest, EachThreadHasItsOwnState)
-{
+TEST_F(ModuleStateTest, EachThreadHasItsOwnState) {
     const ResourceScript module = scriptWith(1, QStringLiteral("module"));
     ModuleStateGuard guard(&module, nullptr);
     QString seenOnWorker = QStringLiteral("unset");

@@ -12,8 +12,7 @@ using tessaly::parseResourceScript;
 using tessaly::ResourceParseResult;
 
 // Resolves includes from a fixed set of in-memory files.
-tessaly::IncludeResolver memoryFiles(std::map<QString, QString> files)
-{
+tessaly::IncludeResolver memoryFiles(std::map<QString, QString> files) {
     return [files](const QString& name, const QString&, QString* displayName) {
         const auto found = files.find(name);
         if (found == files.end())
@@ -23,13 +22,11 @@ tessaly::IncludeResolver memoryFiles(std::map<QString, QString> files)
     };
 }
 
-ResourceParseResult parse(const QString& text, std::map<QString, QString> includes = {})
-{
+ResourceParseResult parse(const QString& text, std::map<QString, QString> includes = {}) {
     return parseResourceScript(text, QStringLiteral("t.rc"), memoryFiles(std::move(includes)));
 }
 
-TEST(ResourceParser, StringLiteralsDecodeTheirEscapes)
-{
+TEST(ResourceParser, StringLiteralsDecodeTheirEscapes) {
     struct Case {
         const char* literal;
         QString expected;
@@ -54,15 +51,14 @@ TEST(ResourceParser, StringLiteralsDecodeTheirEscapes)
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.literal);
-        const auto result = parse(QStringLiteral("STRINGTABLE BEGIN 1 %1 END")
-                                      .arg(QString::fromUtf8(c.literal)));
+        const auto result =
+            parse(QStringLiteral("STRINGTABLE BEGIN 1 %1 END").arg(QString::fromUtf8(c.literal)));
         ASSERT_TRUE(result.ok()) << qPrintable(result.error->toString());
         EXPECT_EQ(result.script.string(1), c.expected);
     }
 }
 
-TEST(ResourceParser, StringIdsTakeNumbersSymbolsAndArithmetic)
-{
+TEST(ResourceParser, StringIdsTakeNumbersSymbolsAndArithmetic) {
     const auto result = parse(QStringLiteral(R"(
         #define IDS_BASE 10000
         #define IDS_NEXT (IDS_BASE + 1)
@@ -78,15 +74,13 @@ TEST(ResourceParser, StringIdsTakeNumbersSymbolsAndArithmetic)
         }
     )"));
     ASSERT_TRUE(result.ok()) << qPrintable(result.error->toString());
-    const std::map<int, QString> expected{{10000, "base"},   {10001, "next"},
-                                          {10002, "sum"},    {57344, "hex"},
-                                          {20000, "product"}, {57345, "suffix"}};
+    const std::map<int, QString> expected{{10000, "base"}, {10001, "next"},    {10002, "sum"},
+                                          {57344, "hex"},  {20000, "product"}, {57345, "suffix"}};
     EXPECT_EQ(result.script.strings, expected);
     EXPECT_EQ(result.script.symbols.at(QStringLiteral("IDS_NEXT")), 10001);
 }
 
-TEST(ResourceParser, CommentsBlocksAndKeywordCase)
-{
+TEST(ResourceParser, CommentsBlocksAndKeywordCase) {
     const auto result = parse(QStringLiteral(R"(
         // a line comment
         stringtable discardable /* flags are accepted */
@@ -101,84 +95,103 @@ TEST(ResourceParser, CommentsBlocksAndKeywordCase)
     EXPECT_EQ(result.script.string(2), QStringLiteral("two"));
 }
 
-TEST(ResourceParser, ErrorsNameFileLineAndWhatWasExpected)
-{
+TEST(ResourceParser, ErrorsNameFileLineAndWhatWasExpected) {
     struct Case {
         const char* name;
         QString text;
         std::map<QString, QString> includes;
-        QString expected;  // the whole message
+        QString expected; // the whole message
     };
     const Case cases[] = {
-        {"stringtable without end", "STRINGTABLE\nBEGIN\n1 \"a\"\n",
+        {"stringtable without end",
+         "STRINGTABLE\nBEGIN\n1 \"a\"\n",
          {},
          "t.rc:4: expected END, found end of file"},
-        {"entry without id", "STRINGTABLE\nBEGIN\n\"a\"\nEND",
+        {"entry without id",
+         "STRINGTABLE\nBEGIN\n\"a\"\nEND",
          {},
          "t.rc:3: expected string id, found \"a\""},
-        {"entry without text", "STRINGTABLE BEGIN\n1\n2 \"b\"\nEND",
+        {"entry without text",
+         "STRINGTABLE BEGIN\n1\n2 \"b\"\nEND",
          {},
          "t.rc:3: expected a string after string id 1, found 2"},
-        {"unknown symbol", "STRINGTABLE BEGIN\nIDS_MISSING \"a\"\nEND",
+        {"unknown symbol",
+         "STRINGTABLE BEGIN\nIDS_MISSING \"a\"\nEND",
          {},
          "t.rc:2: unknown symbol IDS_MISSING"},
-        {"duplicate id", "STRINGTABLE BEGIN\n1 \"a\"\n1 \"b\"\nEND",
+        {"duplicate id",
+         "STRINGTABLE BEGIN\n1 \"a\"\n1 \"b\"\nEND",
          {},
          "t.rc:3: duplicate string id 1"},
-        {"id out of range", "STRINGTABLE BEGIN\n70000 \"a\"\nEND",
+        {"id out of range",
+         "STRINGTABLE BEGIN\n70000 \"a\"\nEND",
          {},
          "t.rc:2: string id 70000 is out of range (0 to 65535)"},
-        {"unterminated string", "STRINGTABLE BEGIN\n1 \"open\nEND",
+        {"unterminated string",
+         "STRINGTABLE BEGIN\n1 \"open\nEND",
          {},
          "t.rc:2: unterminated string"},
-        {"unknown escape", "STRINGTABLE BEGIN\n1 \"C:\\windows\"\nEND",
+        {"unknown escape",
+         "STRINGTABLE BEGIN\n1 \"C:\\windows\"\nEND",
          {},
          "t.rc:2: unknown escape sequence \\w in string"},
-        {"unterminated comment", "STRINGTABLE BEGIN\n/* never closed\n1 \"a\"\nEND",
+        {"unterminated comment",
+         "STRINGTABLE BEGIN\n/* never closed\n1 \"a\"\nEND",
          {},
          "t.rc:2: unterminated comment"},
         {"bad number", "STRINGTABLE BEGIN\n12ab \"a\"\nEND", {}, "t.rc:2: bad number 12ab"},
-        {"stray character", "STRINGTABLE BEGIN\n1 \"a\" ;\nEND",
+        {"stray character",
+         "STRINGTABLE BEGIN\n1 \"a\" ;\nEND",
          {},
          "t.rc:2: unexpected character ';'"},
         {"division by zero", "STRINGTABLE BEGIN\n10/0 \"a\"\nEND", {}, "t.rc:2: division by zero"},
-        {"text at top level", "\"loose\"",
+        {"text at top level",
+         "\"loose\"",
          {},
          "t.rc:1: expected a resource id or STRINGTABLE, found \"loose\""},
-        {"unknown resource type", "1 WINDOW\nBEGIN END",
+        {"unknown resource type",
+         "1 WINDOW\nBEGIN END",
          {},
          "t.rc:1: expected a resource type (DIALOG, DIALOGEX, MENU, BITMAP, ...), found WINDOW"},
-        {"menu item without comma", "1 MENU\nBEGIN\nMENUITEM \"Open\" 100\nEND",
+        {"menu item without comma",
+         "1 MENU\nBEGIN\nMENUITEM \"Open\" 100\nEND",
          {},
          "t.rc:3: expected ',', found 100"},
-        {"unknown menu option", "1 MENU\nBEGIN\nMENUITEM \"Open\", 100, BOLD\nEND",
+        {"unknown menu option",
+         "1 MENU\nBEGIN\nMENUITEM \"Open\", 100, BOLD\nEND",
          {},
          "t.rc:3: expected CHECKED, GRAYED or INACTIVE, found BOLD"},
-        {"popup without end", "1 MENU\nBEGIN\nPOPUP \"File\"\nBEGIN\nMENUITEM \"Open\", 1\nEND\n",
+        {"popup without end",
+         "1 MENU\nBEGIN\nPOPUP \"File\"\nBEGIN\nMENUITEM \"Open\", 1\nEND\n",
          {},
          "t.rc:7: expected MENUITEM, POPUP or END, found end of file"},
-        {"dialog without begin", "1 DIALOG 0, 0, 10, 10\nCAPTION \"x\"\nLTEXT \"a\", 1, 0, 0, 5, 5",
+        {"dialog without begin",
+         "1 DIALOG 0, 0, 10, 10\nCAPTION \"x\"\nLTEXT \"a\", 1, 0, 0, 5, 5",
          {},
          "t.rc:3: expected BEGIN, found LTEXT"},
-        {"dialog size missing", "1 DIALOG 0, 0, 10\nBEGIN\nEND",
+        {"dialog size missing",
+         "1 DIALOG 0, 0, 10\nBEGIN\nEND",
          {},
          "t.rc:2: expected ',', found BEGIN"},
-        {"unknown control", "1 DIALOG 0, 0, 10, 10\nBEGIN\nBUTTONX \"a\", 1, 0, 0, 5, 5\nEND",
+        {"unknown control",
+         "1 DIALOG 0, 0, 10, 10\nBEGIN\nBUTTONX \"a\", 1, 0, 0, 5, 5\nEND",
          {},
          "t.rc:3: expected a control statement or END, found BUTTONX"},
-        {"control without height", "1 DIALOG 0, 0, 10, 10\nBEGIN\nEDITTEXT 5, 0, 0, 5\nEND",
+        {"control without height",
+         "1 DIALOG 0, 0, 10, 10\nBEGIN\nEDITTEXT 5, 0, 0, 5\nEND",
          {},
          "t.rc:4: expected ',', found END"},
-        {"font extras need dialogex", "1 DIALOG 0, 0, 10, 10\nFONT 8, \"Tahoma\", 700\nBEGIN\nEND",
+        {"font extras need dialogex",
+         "1 DIALOG 0, 0, 10, 10\nFONT 8, \"Tahoma\", 700\nBEGIN\nEND",
          {},
          "t.rc:2: FONT weight, italic and charset need DIALOGEX"},
-        {"duplicate menu", "1 MENU BEGIN END\n1 MENU BEGIN END",
-         {},
-         "t.rc:2: duplicate menu id 1"},
-        {"missing include", "#include \"absent.h\"",
+        {"duplicate menu", "1 MENU BEGIN END\n1 MENU BEGIN END", {}, "t.rc:2: duplicate menu id 1"},
+        {"missing include",
+         "#include \"absent.h\"",
          {},
          "t.rc:1: cannot open include file \"absent.h\""},
-        {"error inside include", "#include \"res.h\"\nSTRINGTABLE BEGIN END",
+        {"error inside include",
+         "#include \"res.h\"\nSTRINGTABLE BEGIN END",
          {{"res.h", "#define A 1\n#define B 2 +\n#define C (A\nSTRINGTABLE BEGIN\nC \"x\"\nEND"}},
          "res.h:5: symbol C (defined at res.h:3) is not a number"},
         {"unsupported directive", "#if 1\n#endif", {}, "t.rc:1: unsupported directive #if"},
@@ -193,8 +206,7 @@ TEST(ResourceParser, ErrorsNameFileLineAndWhatWasExpected)
     }
 }
 
-TEST(ResourceParser, DialogsKeepPositionsStylesAndControls)
-{
+TEST(ResourceParser, DialogsKeepPositionsStylesAndControls) {
     const auto result = parse(QStringLiteral(R"(
         #define IDD_MAIN 10008
         #define IDC_LIST 10032
@@ -256,22 +268,62 @@ TEST(ResourceParser, DialogsKeepPositionsStylesAndControls)
         {"CTEXT", "", "centre", -1, 60, 3, 20, 9, {}, {}},
         {"DEFPUSHBUTTON", "", "OK", 1, 0, 140, 40, 14, {}, {}},
         {"PUSHBUTTON", "", "Cancel", 2, 50, 140, 40, 14, {"WS_DISABLED", "NOT WS_TABSTOP"}, {}},
-        {"EDITTEXT", "", "", 10013, 5, 20, 30, 12, {"ES_NUMBER", "ES_AUTOHSCROLL"},
+        {"EDITTEXT",
+         "",
+         "",
+         10013,
+         5,
+         20,
+         30,
+         12,
+         {"ES_NUMBER", "ES_AUTOHSCROLL"},
          {"WS_EX_CLIENTEDGE"}},
         {"COMBOBOX", "", "", 10075, 37, 15, 90, 75, {"CBS_DROPDOWNLIST", "WS_VSCROLL"}, {}},
         {"LISTBOX", "", "", 12050, 0, 40, 60, 40, {"LBS_SORT"}, {"0"}},
         {"GROUPBOX", "", "Choose Date", 12003, 0, 0, 115, 45, {}, {}},
         {"AUTOCHECKBOX", "", "Show progress dialog", 10057, 5, 60, 100, 10, {}, {}},
         {"AUTORADIOBUTTON", "", "horizontally", 12045, 5, 70, 100, 10, {"WS_GROUP"}, {}},
-        {"CONTROL", "SysListView32", "", 10032, 0, 15, 145, 100,
-         {"LVS_REPORT", "LVS_SINGLESEL", "WS_TABSTOP"}, {}},
+        {"CONTROL",
+         "SysListView32",
+         "",
+         10032,
+         0,
+         15,
+         145,
+         100,
+         {"LVS_REPORT", "LVS_SINGLESEL", "WS_TABSTOP"},
+         {}},
         {"CONTROL", "msctls_progress32", "", 12008, 5, 80, 100, 8, {"WS_BORDER"}, {}},
-        {"CONTROL", "msctls_updown32", "", 10061, 40, 20, 10, 12,
-         {"UDS_SETBUDDYINT", "UDS_ALIGNRIGHT"}, {}},
-        {"CONTROL", "SysDateTimePick32", "", 10002, 5, 5, 100, 14, {"DTS_RIGHTALIGN"},
+        {"CONTROL",
+         "msctls_updown32",
+         "",
+         10061,
+         40,
+         20,
+         10,
+         12,
+         {"UDS_SETBUDDYINT", "UDS_ALIGNRIGHT"},
+         {}},
+        {"CONTROL",
+         "SysDateTimePick32",
+         "",
+         10002,
+         5,
+         5,
+         100,
+         14,
+         {"DTS_RIGHTALIGN"},
          {"WS_EX_CLIENTEDGE"}},
-        {"CONTROL", "Button", "Use same SCA", 10053, 29, 48, 90, 9,
-         {"BS_AUTOCHECKBOX", "WS_TABSTOP"}, {}},
+        {"CONTROL",
+         "Button",
+         "Use same SCA",
+         10053,
+         29,
+         48,
+         90,
+         9,
+         {"BS_AUTOCHECKBOX", "WS_TABSTOP"},
+         {}},
     };
     ASSERT_EQ(dialog.controls.size(), std::size(expected));
     for (size_t i = 0; i < std::size(expected); ++i) {
@@ -294,8 +346,7 @@ TEST(ResourceParser, DialogsKeepPositionsStylesAndControls)
     EXPECT_EQ(dialog.control(4242), nullptr);
 }
 
-TEST(ResourceParser, PlainDialogWithoutStatements)
-{
+TEST(ResourceParser, PlainDialogWithoutStatements) {
     const auto result = parse(QStringLiteral("12000 DIALOG 10, 20, 115, 63\n{\n}"));
     ASSERT_TRUE(result.ok()) << qPrintable(result.error->toString());
     const tessaly::DialogTemplate& dialog = result.script.dialogs.at(12000);
@@ -306,8 +357,7 @@ TEST(ResourceParser, PlainDialogWithoutStatements)
     EXPECT_TRUE(dialog.caption.isEmpty());
 }
 
-TEST(ResourceParser, MenusNestWithFlags)
-{
+TEST(ResourceParser, MenusNestWithFlags) {
     const auto result = parse(QStringLiteral(R"(
         10012 MENU
         BEGIN
@@ -361,8 +411,7 @@ TEST(ResourceParser, MenusNestWithFlags)
     }
 }
 
-TEST(ResourceParser, PreprocessorConditionsAndSharedHeader)
-{
+TEST(ResourceParser, PreprocessorConditionsAndSharedHeader) {
     const auto result = parse(QStringLiteral(R"(
         #include "resource.h"
         #include "resource.h"
@@ -392,8 +441,7 @@ TEST(ResourceParser, PreprocessorConditionsAndSharedHeader)
               QStringLiteral("header.png"));
 }
 
-TEST(ResourceParser, FileIsReadWithItsIncludesBesideIt)
-{
+TEST(ResourceParser, FileIsReadWithItsIncludesBesideIt) {
     QTemporaryDir folder;
     auto write = [&](const QString& name, const QByteArray& bytes) {
         QFile file(QDir(folder.path()).filePath(name));
@@ -401,11 +449,12 @@ TEST(ResourceParser, FileIsReadWithItsIncludesBesideIt)
         file.write(bytes);
     };
     write(QStringLiteral("ids.h"), "#define IDS_HELLO 10000\r\n");
-    write(QStringLiteral("app.rc"),
-          "\xEF\xBB\xBF#include \"ids.h\"\r\nSTRINGTABLE\r\nBEGIN\r\n"
-          "IDS_HELLO \"Gr\xC3\xBC\xC3\x9F" "e\"\r\nEND\r\n");
+    write(QStringLiteral("app.rc"), "\xEF\xBB\xBF#include \"ids.h\"\r\nSTRINGTABLE\r\nBEGIN\r\n"
+                                    "IDS_HELLO \"Gr\xC3\xBC\xC3\x9F"
+                                    "e\"\r\nEND\r\n");
     write(QStringLiteral("broken.rc"), "STRINGTABLE\r\nBEGIN\r\n1 \"a\"\r\n2 \"b\"\r\n");
-    write(QStringLiteral("latin1.rc"), "STRINGTABLE BEGIN 1 \"Gr\xFC\xDF" "e\" END");
+    write(QStringLiteral("latin1.rc"), "STRINGTABLE BEGIN 1 \"Gr\xFC\xDF"
+                                       "e\" END");
 
     const auto good = tessaly::parseResourceFile(QDir(folder.path()).filePath("app.rc"));
     ASSERT_TRUE(good.ok()) << qPrintable(good.error->toString());
@@ -413,7 +462,8 @@ TEST(ResourceParser, FileIsReadWithItsIncludesBesideIt)
 
     const auto broken = tessaly::parseResourceFile(QDir(folder.path()).filePath("broken.rc"));
     ASSERT_FALSE(broken.ok());
-    EXPECT_EQ(broken.error->toString(), QStringLiteral("broken.rc:5: expected END, found end of file"));
+    EXPECT_EQ(broken.error->toString(),
+              QStringLiteral("broken.rc:5: expected END, found end of file"));
 
     const auto latin1 = tessaly::parseResourceFile(QDir(folder.path()).filePath("latin1.rc"));
     ASSERT_FALSE(latin1.ok());
@@ -425,10 +475,9 @@ TEST(ResourceParser, FileIsReadWithItsIncludesBesideIt)
     EXPECT_EQ(missing.error->toString(), QStringLiteral("none.rc:0: cannot open the file"));
 }
 
-TEST(ResourceParser, IncludesDoNotRecurseForever)
-{
-    const auto result = parse(QStringLiteral("#include \"self.h\""),
-                              {{"self.h", "#include \"self.h\"\n"}});
+TEST(ResourceParser, IncludesDoNotRecurseForever) {
+    const auto result =
+        parse(QStringLiteral("#include \"self.h\""), {{"self.h", "#include \"self.h\"\n"}});
     ASSERT_FALSE(result.ok());
     EXPECT_TRUE(result.error->message.startsWith(QStringLiteral("#include nested too deeply")))
         << qPrintable(result.error->toString());
