@@ -146,33 +146,52 @@ private:
     qint64 additive() {
         qint64 value = multiplicative();
         for (;;) {
-            if (acceptPunct("+"))
-                value += multiplicative();
-            else if (acceptPunct("-"))
-                value -= multiplicative();
-            else
+            if (acceptPunct("+")) {
+                const qint64 right = multiplicative();
+                failOnOverflow(__builtin_add_overflow(value, right, &value));
+            } else if (acceptPunct("-")) {
+                const qint64 right = multiplicative();
+                failOnOverflow(__builtin_sub_overflow(value, right, &value));
+            } else {
                 return value;
+            }
         }
     }
     qint64 multiplicative() {
         qint64 value = unary();
         for (;;) {
             if (acceptPunct("*")) {
-                value *= unary();
+                const qint64 right = unary();
+                failOnOverflow(__builtin_mul_overflow(value, right, &value));
             } else if (isPunct("/")) {
                 next();
                 const qint64 divisor = unary();
                 if (divisor == 0)
                     failHere(QStringLiteral("division by zero"));
+                failOnOverflow(value == std::numeric_limits<qint64>::min() && divisor == -1);
                 value /= divisor;
             } else {
                 return value;
             }
         }
     }
+    void failOnOverflow(bool overflow) const {
+        if (overflow)
+            failHere(QStringLiteral("number too large"));
+    }
     qint64 unary() {
-        if (acceptPunct("-"))
-            return -unary();
+        if (++nesting_ > kMaxNesting)
+            failHere(QStringLiteral("expression nested too deeply"));
+        const qint64 value = unaryUnlimited();
+        --nesting_;
+        return value;
+    }
+    qint64 unaryUnlimited() {
+        if (acceptPunct("-")) {
+            const qint64 value = unary();
+            failOnOverflow(value == std::numeric_limits<qint64>::min());
+            return -value;
+        }
         if (acceptPunct("+"))
             return unary();
         if (acceptPunct("~"))
@@ -205,9 +224,12 @@ private:
         expected(QStringLiteral("a number or a symbol"));
     }
 
+    static constexpr int kMaxNesting = 200;
+
     const std::vector<Token>& tokens_;
     Context& context_;
     size_t position_ = 0;
+    int nesting_ = 0;
 };
 
 // ---------------------------------------------------------------------------------------------
@@ -904,7 +926,9 @@ private:
         checkNewId(script_.menus.emplace(id, std::move(menu)).second, idToken, "menu", id);
     }
 
-    std::vector<MenuItem> menuBlock() {
+    std::vector<MenuItem> menuBlock(int depth = 0) {
+        if (depth > kMaxMenuDepth)
+            in_.failHere(QStringLiteral("menu nested too deeply"));
         std::vector<MenuItem> items;
         beginBlock();
         while (!atBlockEnd()) {
@@ -915,7 +939,7 @@ private:
                 popup.isPopup = true;
                 popup.text = string(QStringLiteral("the popup's text in quotes"));
                 menuOptions(popup);
-                popup.children = menuBlock();
+                popup.children = menuBlock(depth + 1);
                 items.push_back(std::move(popup));
             } else {
                 in_.expected(QStringLiteral("MENUITEM, POPUP or END"));
@@ -970,6 +994,8 @@ private:
         file.fileName = string(QStringLiteral("a file name in quotes after %1").arg(file.type));
         script_.files[{file.type.toUpper(), id}] = file;
     }
+
+    static constexpr int kMaxMenuDepth = 32;
 
     TokenCursor in_;
     ResourceScript& script_;

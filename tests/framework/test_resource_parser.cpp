@@ -6,6 +6,13 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
+// Readable QString values in failure messages.
+inline void PrintTo(const QString& text, std::ostream* out) {
+    *out << '"' << text.toStdString() << '"';
+}
+
 namespace {
 
 using tessaly::parseResourceScript;
@@ -196,6 +203,18 @@ TEST(ResourceParser, ErrorsNameFileLineAndWhatWasExpected) {
          "res.h:5: symbol C (defined at res.h:3) is not a number"},
         {"unsupported directive", "#if 1\n#endif", {}, "t.rc:1: unsupported directive #if"},
         {"endif without if", "#endif", {}, "t.rc:1: #endif without #if"},
+        {"overflow",
+         "STRINGTABLE BEGIN\n0xFFFFFFFF * 0xFFFFFFFF * 0xFFFFFFFF \"a\"\nEND",
+         {},
+         "t.rc:2: number too large"},
+        {"runaway parentheses",
+         "STRINGTABLE BEGIN\n" + QString(5000, u'(') + "1",
+         {},
+         "t.rc:2: expression nested too deeply"},
+        {"runaway popups",
+         "1 MENU BEGIN\n" + QString("POPUP \"p\" BEGIN\n").repeated(100),
+         {},
+         "t.rc:34: menu nested too deeply"},
         {"ifdef without endif", "#ifdef X\n1 MENU BEGIN END", {}, "t.rc:2: #if without #endif"},
     };
     for (const Case& c : cases) {
