@@ -189,21 +189,22 @@ bool Database::migrate(GSM::Result* error) {
     return true;
 }
 
+// Savepoints nest, so a write that groups its statements can run inside a larger group.
 Database::Transaction::Transaction(Database& db)
     : db_(db) {
-    db_.exec("BEGIN IMMEDIATE");
+    db_.exec("SAVEPOINT tessaly");
 }
 
 Database::Transaction::~Transaction() {
     if (!done_)
-        db_.exec("ROLLBACK");
+        db_.exec("ROLLBACK TO tessaly; RELEASE tessaly");
 }
 
 bool Database::Transaction::commit() {
     done_ = true;
-    if (db_.exec("COMMIT"))
+    if (db_.exec("RELEASE tessaly"))
         return true;
-    db_.exec("ROLLBACK");
+    db_.exec("ROLLBACK TO tessaly; RELEASE tessaly");
     return false;
 }
 

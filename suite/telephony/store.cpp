@@ -257,8 +257,10 @@ GSM::Result Store::endEdit(MessageRecord& message, bool discard) {
             message.serviceCentre = message.snapshot_->serviceCentre;
             message.validity = message.snapshot_->validity;
             message.replyPath = message.snapshot_->replyPath;
+            // The folder object stays the one handed out; only its entries go back.
             if (message.addresses_)
-                message.addresses_ = materializeAddresses(message, message.snapshot_->addresses);
+                message.addresses_->entries =
+                    materializeAddresses(message, message.snapshot_->addresses)->entries;
         }
         message.snapshot_.reset();
         return {};
