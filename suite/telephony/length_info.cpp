@@ -52,9 +52,9 @@ LengthInfo measureUcs2(const char16_t* text) {
     return {units, units <= kSingleUnits ? 1 : parts, true};
 }
 
-} // namespace
-
-int gsmSeptets(char16_t c) {
+// Inlined into the loop: an exported function of a shared library would be called through
+// its PLT entry for every character.
+inline int septetsOf(char16_t c) {
     if (c < 0x100)
         return kLatin[c];
     switch (c) {
@@ -76,6 +76,12 @@ int gsmSeptets(char16_t c) {
     }
 }
 
+} // namespace
+
+int gsmSeptets(char16_t c) {
+    return septetsOf(c);
+}
+
 LengthInfo measureText(const char16_t* text) {
     if (!text || !*text)
         return {};
@@ -83,7 +89,7 @@ LengthInfo measureText(const char16_t* text) {
     int parts = 1;
     int fill = 0;
     for (const char16_t* p = text; *p; ++p) {
-        const int width = gsmSeptets(*p);
+        const int width = septetsOf(*p);
         if (width == 0)
             return measureUcs2(text);
         septets += width;
