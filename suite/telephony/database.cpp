@@ -1,0 +1,211 @@
+#include "suite/telephony/database.h"
+
+#include "suite/telephony/schema_sql.h" // generated
+
+#include <QFile>
+
+#include <sqlite3.h>
+
+#include <iterator>
+
+namespace tessaly::telephony {
+
+namespace {
+
+constexpr int kSchemaVersion = int(std::size(kSchemaMigrations));
+
+std::u16string fromQString(const QString& text) {
+    return std::u16string(reinterpret_cast<const char16_t*>(text.utf16()), text.size());
+}
+
+std::u16string fromUtf8(const char* text) {
+    return fromQString(QString::fromUtf8(text ? text : ""));
+}
+
+void restrictToOwner(const QString& path) {
+    if (path == QLatin1String(":memory:") || path.isEmpty())
+        return;
+    for (const char* suffix : {"", "-wal", "-shm"}) {
+        const QString file = path + QLatin1String(suffix);
+        if (QFile::exists(file))
+            QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner);
+    }
+}
+
+} // namespace
+
+Statement::Statement(Statement&& other) noexcept
+    : db_(other.db_)
+    , statement_(other.statement_)
+    , ok_(other.ok_) {
+    other.statement_ = nullptr;
+}
+
+Statement& Statement::operator=(Statement&& other) noexcept {
+    if (this != &other) {
+        sqlite3_finalize(statement_);
+        db_ = other.db_;
+        statement_ = other.statement_;
+        ok_ = other.ok_;
+        other.statement_ = nullptr;
+    }
+    return *this;
+}
+
+Statement::~Statement() {
+    sqlite3_finalize(statement_);
+}
+
+Statement& Statement::bind(int index, std::int64_t value) {
+    if (statement_ && sqlite3_bind_int64(statement_, index, value) != SQLITE_OK)
+        ok_ = false;
+    return *this;
+}
+
+Statement& Statement::bind(int index, std::u16string_view text) {
+    if (statement_ &&
+        sqlite3_bind_text16(statement_, index, text.data(), int(text.size() * sizeof(char16_t)),
+                            SQLITE_TRANSIENT) != SQLITE_OK)
+        ok_ = false;
+    return *this;
+}
+
+Statement& Statement::bind(int index, const std::vector<std::uint8_t>& blob) {
+    if (statement_ && sqlite3_bind_blob(statement_, index, blob.data(), int(blob.size()),
+                                        SQLITE_TRANSIENT) != SQLITE_OK)
+        ok_ = false;
+    return *this;
+}
+
+bool Statement::step() {
+    if (!statement_ || !ok_)
+        return false;
+    const int rc = sqlite3_step(statement_);
+    if (rc == SQLITE_ROW)
+        return true;
+    if (rc != SQLITE_DONE)
+        ok_ = false;
+    return false;
+}
+
+void Statement::reset() {
+    if (statement_) {
+        sqlite3_reset(statement_);
+        sqlite3_clear_bindings(statement_);
+    }
+    ok_ = statement_ != nullptr;
+}
+
+std::int64_t Statement::integer(int column) const {
+    return sqlite3_column_int64(statement_, column);
+}
+
+std::u16string Statement::text(int column) const {
+    const auto* data = static_cast<const char16_t*>(sqlite3_column_text16(statement_, column));
+    const int bytes = sqlite3_column_bytes16(statement_, column);
+    return data ? std::u16string(data, std::size_t(bytes) / sizeof(char16_t)) : std::u16string();
+}
+
+std::vector<std::uint8_t> Statement::blob(int column) const {
+    const auto* data = static_cast<const std::uint8_t*>(sqlite3_column_blob(statement_, column));
+    const int bytes = sqlite3_column_bytes(statement_, column);
+    return data ? std::vector<std::uint8_t>(data, data + bytes) : std::vector<std::uint8_t>();
+}
+
+std::unique_ptr<Database> Database::open(const QString& path, GSM::Result* error) {
+    sqlite3* handle = nullptr;
+    const int rc = sqlite3_open_v2(path.toUtf8().constData(), &handle,
+                                   SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    std::unique_ptr<Database> db(new Database(handle, path));
+    if (rc != SQLITE_OK) {
+        if (error)
+            *error = db->failure(u"The telephony database cannot be opened");
+        return nullptr;
+    }
+    sqlite3_busy_timeout(handle, 2000);
+    sqlite3_extended_result_codes(handle, 1);
+    // Reading the header first tells a damaged or foreign file apart before anything is written.
+    if (!db->exec("PRAGMA user_version") || !db->exec("PRAGMA journal_mode=WAL") ||
+        !db->exec("PRAGMA synchronous=FULL") || !db->exec("PRAGMA foreign_keys=ON")) {
+        if (error)
+            *error = db->failure(u"The telephony database cannot be read");
+        return nullptr;
+    }
+    if (!db->migrate(error))
+        return nullptr;
+    restrictToOwner(path);
+    return db;
+}
+
+Database::~Database() {
+    sqlite3_close_v2(db_);
+}
+
+bool Database::exec(const char* sql) {
+    return sqlite3_exec(db_, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
+}
+
+Statement Database::prepare(const char* sql) {
+    sqlite3_stmt* statement = nullptr;
+    if (sqlite3_prepare_v2(db_, sql, -1, &statement, nullptr) != SQLITE_OK)
+        return Statement();
+    return Statement(db_, statement);
+}
+
+GSM::Result Database::failure(std::u16string_view what) const {
+    std::u16string text(what);
+    text += u" (";
+    text += fromQString(path_);
+    text += u"): ";
+    text += fromUtf8(db_ ? sqlite3_errmsg(db_) : "out of memory");
+    return GSM::Result(GSM::ErrorStorage, text);
+}
+
+bool Database::migrate(GSM::Result* error) {
+    Statement version = prepare("PRAGMA user_version");
+    if (!version.step()) {
+        if (error)
+            *error = failure(u"The telephony database cannot be read");
+        return false;
+    }
+    const int current = int(version.integer(0));
+    version = Statement();
+    if (current > kSchemaVersion) {
+        if (error)
+            *error = GSM::Result(GSM::ErrorStorage,
+                                 u"The telephony database (" + fromQString(path_) +
+                                     u") was written by a newer version of the suite.");
+        return false;
+    }
+    for (int next = current; next < kSchemaVersion; ++next) {
+        Transaction transaction(*this);
+        const std::string setVersion = "PRAGMA user_version=" + std::to_string(next + 1);
+        if (!exec(kSchemaMigrations[next]) || !exec(setVersion.c_str()) || !transaction.commit()) {
+            if (error)
+                *error = failure(u"The telephony database cannot be updated");
+            return false;
+        }
+    }
+    return true;
+}
+
+// Savepoints nest, so a write that groups its statements can run inside a larger group.
+Database::Transaction::Transaction(Database& db)
+    : db_(db) {
+    db_.exec("SAVEPOINT tessaly");
+}
+
+Database::Transaction::~Transaction() {
+    if (!done_)
+        db_.exec("ROLLBACK TO tessaly; RELEASE tessaly");
+}
+
+bool Database::Transaction::commit() {
+    done_ = true;
+    if (db_.exec("RELEASE tessaly"))
+        return true;
+    db_.exec("ROLLBACK TO tessaly; RELEASE tessaly");
+    return false;
+}
+
+} // namespace tessaly::telephony

@@ -1,0 +1,85 @@
+#pragma once
+
+// A thin layer over SQLite's C API: opening with the schema migrated and WAL on, statements
+// with UTF-16 text, and errors that name the file and SQLite's own words.
+
+#include "module/telephony/result.h"
+
+#include <QString>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace tessaly::telephony {
+
+class Statement {
+public:
+    Statement() = default;
+    Statement(sqlite3* db, sqlite3_stmt* statement)
+        : db_(db)
+        , statement_(statement) {}
+    Statement(Statement&& other) noexcept;
+    Statement& operator=(Statement&& other) noexcept;
+    ~Statement();
+
+    bool valid() const { return statement_ != nullptr; }
+    Statement& bind(int index, std::int64_t value);
+    Statement& bind(int index, std::u16string_view text);
+    Statement& bind(int index, const std::vector<std::uint8_t>& blob);
+    // True while a row is available; check done() / ok() afterwards.
+    bool step();
+    bool ok() const { return ok_; }
+    void reset();
+
+    std::int64_t integer(int column) const;
+    std::u16string text(int column) const;
+    std::vector<std::uint8_t> blob(int column) const;
+
+private:
+    sqlite3* db_ = nullptr;
+    sqlite3_stmt* statement_ = nullptr;
+    bool ok_ = true;
+};
+
+class Database {
+public:
+    // Opens (creating when absent) and migrates; on failure fills `error` with the path and
+    // SQLite's message and returns null. A damaged or foreign file is never replaced.
+    static std::unique_ptr<Database> open(const QString& path, GSM::Result* error);
+    ~Database();
+
+    const QString& path() const { return path_; }
+    bool exec(const char* sql);
+    Statement prepare(const char* sql);
+    // A failed result naming what was attempted, the file and SQLite's last message.
+    GSM::Result failure(std::u16string_view what) const;
+
+    // Groups writes; commits when committed, rolls back otherwise.
+    class Transaction {
+    public:
+        explicit Transaction(Database& db);
+        ~Transaction();
+        bool commit();
+
+    private:
+        Database& db_;
+        bool done_ = false;
+    };
+
+private:
+    Database(sqlite3* db, QString path)
+        : db_(db)
+        , path_(std::move(path)) {}
+    bool migrate(GSM::Result* error);
+
+    sqlite3* db_;
+    QString path_;
+};
+
+} // namespace tessaly::telephony

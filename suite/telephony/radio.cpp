@@ -1,0 +1,357 @@
+#include "suite/telephony/store.h"
+
+#include "suite/telephony/host_hooks.h"
+#include "suite/telephony/length_info.h"
+#include "suite/telephony/ranges.h"
+
+#include <algorithm>
+
+namespace tessaly::telephony {
+
+// ---- timers
+
+void Store::stopTimer(TimerHandle& handle) {
+    if (handle != 0)
+        Clock::current().stopTimer(handle);
+    handle = 0;
+}
+
+TimerHandle Store::startOneShot(int delayMs, void (Store::*step)()) {
+    TimerHandle* slot = step == &Store::simStep ? &simTimer_ : &radioTimer_;
+    stopTimer(*slot);
+    *slot = Clock::current().startTimer(std::max(0, delayMs), [this, step, slot] {
+        stopTimer(*slot);
+        (this->*step)();
+    });
+    return *slot;
+}
+
+void Store::setDelays(int segmentDelayMs, int simTransferDelayMs) {
+    options_.segmentDelayMs = std::max(0, segmentDelayMs);
+    options_.simTransferDelayMs = std::max(0, simTransferDelayMs);
+}
+
+// ---- the radio: one segment per timer turn, recipient by recipient, message by message
+
+void Store::queueForSending(long id) {
+    if ((job_ && job_->id == id) ||
+        std::find(sendQueue_.begin(), sendQueue_.end(), id) != sendQueue_.end())
+        return;
+    sendQueue_.push_back(id);
+    startRadio();
+}
+
+void Store::failNextSend(long code, const std::u16string& text) {
+    injectedFailure_ = GSM::Result(code == GSM::ErrorNone ? GSM::ErrorNetworkRejected : code, text);
+}
+
+void Store::startRadio() {
+    if (radioTimer_ != 0 || (!job_ && sendQueue_.empty()))
+        return;
+    startOneShot(options_.segmentDelayMs, &Store::radioStep);
+}
+
+void Store::radioStep() {
+    while (!job_) {
+        if (sendQueue_.empty()) {
+            const GSM::Result outcome = batchFailure_.value_or(GSM::Result());
+            const bool plural = batchSent_ > 1;
+            batchFailure_.reset();
+            batchSent_ = 0;
+            EventQueue::instance().post([outcome, plural] {
+                if (hostHooks().openSendingCompletion)
+                    hostHooks().openSendingCompletion(outcome, plural);
+            });
+            return;
+        }
+        const long id = sendQueue_.front();
+        sendQueue_.pop_front();
+        MessageRecord* message = findMessage(id);
+        if (!message || message->status != GSM::Message::SendNow)
+            continue;
+        Job job;
+        job.id = id;
+        job.recipients = int(message->addressNumbers().size());
+        job.segments = std::max(1, measureText(message->text.c_str()).messages);
+        job_ = job;
+        if (job.recipients == 0) {
+            finishJob(failure(GSM::ErrorNoRecipient, u"The message has no recipient."));
+            continue;
+        }
+    }
+    Job& job = *job_;
+    if (++job.segment > job.segments) {
+        job.segment = 1;
+        ++job.recipient;
+    }
+    if (job.recipient >= job.recipients) {
+        finishJob({});
+    } else if (injectedFailure_) {
+        const GSM::Result result = *injectedFailure_;
+        injectedFailure_.reset();
+        finishJob(result);
+    } else if (deviceState_ != GSM::Device::StateRegisteredHome &&
+               deviceState_ != GSM::Device::StateRegisteredRoaming) {
+        finishJob(failure(GSM::ErrorNoNetwork, u"There is no network service."));
+    } else if (deviceState_ == GSM::Device::StateRegisteredRoaming && !settings_.sendWhileRoaming) {
+        finishJob(failure(GSM::ErrorNoNetwork, u"Sending while roaming is switched off."));
+    } else {
+        const Job progress = job;
+        EventQueue::instance().post([progress] {
+            if (hostHooks().openSendingNotification)
+                hostHooks().openSendingNotification(progress.id, progress.recipient,
+                                                    progress.segment, progress.segments, 0, 0);
+        });
+    }
+    startOneShot(options_.segmentDelayMs, &Store::radioStep);
+}
+
+void Store::finishJob(const GSM::Result& result) {
+    const Job job = *job_;
+    job_.reset();
+    batchSent_ += std::max(1, job.recipients);
+    if (!result.isOk() && !batchFailure_)
+        batchFailure_ = result;
+    MessageRecord* message = findMessage(job.id);
+    if (!message)
+        return;
+    message->status = result.isOk() ? GSM::Message::Sent : GSM::Message::Failed;
+    Statement update = db_->prepare("UPDATE messages SET status = ? WHERE id = ?");
+    update.bind(1, std::int64_t(message->status)).bind(2, std::int64_t(job.id));
+    update.step();
+    touchMessages();
+}
+
+// ---- SIM
+
+GSM::Result Store::setSimContents(const std::vector<simulator::SimMessage>& messages,
+                                  int capacity) {
+    if (capacity <= 0 || int(messages.size()) > capacity)
+        return failure(GSM::ErrorInvalidArgument, u"The SIM cannot hold that many messages.");
+    if (simTimer_ != 0)
+        return failure(GSM::ErrorBusy, u"Messages are being moved off the SIM.");
+    Database::Transaction transaction(*db_);
+    bool ok = db_->exec("DELETE FROM sim_messages");
+    Statement insert = db_->prepare(
+        "INSERT INTO sim_messages(sender, text, date, status) VALUES(?, ?, ?, ?) RETURNING id");
+    std::vector<long> ids;
+    for (std::size_t i = 0; ok && i < messages.size(); ++i) {
+        insert.reset();
+        insert.bind(1, messages[i].from)
+            .bind(2, messages[i].text)
+            .bind(3, std::int64_t(fileTimeToUInt64(messages[i].date)))
+            .bind(4, std::int64_t(messages[i].read ? GSM::Message::Read : GSM::Message::Unread));
+        ok = insert.step();
+        if (ok)
+            ids.push_back(long(insert.integer(0)));
+        insert.step();
+        ok = ok && insert.ok();
+    }
+    ok = ok && saveSetting("simCapacity", std::int64_t(capacity)).isOk();
+    if (!ok || !transaction.commit())
+        return db_->failure(u"The SIM contents cannot be stored");
+    simMessages_ = messages;
+    simMessageIds_ = ids;
+    settings_.simCapacity = capacity;
+    if (!messages.empty() && settings_.askToMoveSimMessages) {
+        const int count = int(messages.size());
+        EventQueue::instance().post([count, capacity] {
+            if (hostHooks().openSimNotification)
+                hostHooks().openSimNotification(count, capacity);
+        });
+    }
+    return {};
+}
+
+GSM::Result Store::moveSimMessages() {
+    if (simTimer_ != 0)
+        return failure(GSM::ErrorBusy, u"Messages are already being moved off the SIM.");
+    if (simMessages_.empty())
+        return failure(GSM::ErrorSimEmpty, u"There are no messages on the SIM.");
+    startOneShot(options_.simTransferDelayMs, &Store::simStep);
+    return {};
+}
+
+void Store::simStep() {
+    if (simMessages_.empty())
+        return;
+    const simulator::SimMessage sim = simMessages_.front();
+    MessageRecord* message = makeMessage();
+    message->folder = GSM::Sms::FolderInbox;
+    message->status = sim.read ? GSM::Message::Read : GSM::Message::Unread;
+    message->text = sim.text;
+    const std::uint64_t ticks = fileTimeToUInt64(sim.date);
+    message->dateTicks = ticks ? ticks : nowTicks();
+    message->serviceCentre = settings_.simServiceCentre;
+    message->storedAddresses = {sim.from};
+    Database::Transaction transaction(*db_);
+    Statement remove = db_->prepare("DELETE FROM sim_messages WHERE id = ?");
+    remove.bind(1, std::int64_t(simMessageIds_.front()));
+    remove.step();
+    const bool ok = remove.ok() && saveMessage(*message).isOk() && transaction.commit();
+    if (!ok) {
+        // The message stays on the SIM; the host hears that the move has ended.
+        message->discarded = true;
+        EventQueue::instance().post([] {
+            if (hostHooks().openSimNotification)
+                hostHooks().openSimNotification(-1, -1);
+        });
+        return;
+    }
+    message->stored = true;
+    insertByDate(message);
+    simMessages_.erase(simMessages_.begin());
+    simMessageIds_.erase(simMessageIds_.begin());
+    touchMessages();
+    const bool finished = simMessages_.empty();
+    EventQueue::instance().post([finished] {
+        if (!hostHooks().openSimNotification)
+            return;
+        hostHooks().openSimNotification(0, 0);
+        if (finished)
+            hostHooks().openSimNotification(-1, -1);
+    });
+    if (!finished)
+        startOneShot(options_.simTransferDelayMs, &Store::simStep);
+}
+
+// ---- device
+
+void Store::setDeviceState(int state) {
+    deviceState_ = state;
+    EventQueue::instance().broadcast<GSM::DeviceEventHandler>(
+        HandlerKind::Device,
+        [](GSM::DeviceEventHandler* handler) { handler->eventStatusChanged(); });
+}
+
+GSM::Result Store::setSmsService(int service) {
+    if (!smsServiceKnown)
+        return failure(GSM::ErrorNotSupported, u"The device cannot choose the SMS bearer.");
+    if (service != GSM::Device::SmsServiceGprs && service != GSM::Device::SmsServiceCircuit)
+        return failure(GSM::ErrorInvalidArgument, u"Unknown SMS bearer.");
+    GSM::Result result = saveSetting("smsService", std::int64_t(service));
+    if (!result.isOk())
+        return result;
+    settings_.smsService = service;
+    EventQueue::instance().broadcast<GSM::DeviceEventHandler>(
+        HandlerKind::Device,
+        [](GSM::DeviceEventHandler* handler) { handler->eventSmsServiceChanged(); });
+    return {};
+}
+
+// ---- cell broadcast
+
+void Store::loadCellBroadcast() {
+    Statement ranges =
+        db_->prepare("SELECT kind, first, last FROM cb_subscription ORDER BY kind, first");
+    while (ranges.step()) {
+        const Utilities::Range range{std::int32_t(ranges.integer(1)),
+                                     std::int32_t(ranges.integer(2))};
+        (ranges.integer(0) == 0 ? channels_ : languages_).push_back(range);
+    }
+    Statement rows = db_->prepare("SELECT channel, language, text, date, count FROM cb_messages");
+    while (rows.step()) {
+        broadcasts_[int(rows.integer(0))] = {int(rows.integer(1)), rows.text(2),
+                                             std::uint64_t(rows.integer(3)), int(rows.integer(4))};
+    }
+}
+
+GSM::Result Store::setSubscription(int channelCount, const Utilities::Range* channels,
+                                   int languageCount, const Utilities::Range* languages) {
+    auto normalChannels = normalizeRanges(channels, channelCount, kChannelLimit);
+    auto normalLanguages = normalizeRanges(languages, languageCount, kLanguageLimit);
+    if (!normalChannels || !normalLanguages) {
+        GSM::Result result = failure(GSM::ErrorInvalidArgument,
+                                     u"The subscription holds an empty or out-of-range range.");
+        EventQueue::instance().broadcast<GSM::CellBroadcast::EventHandler>(
+            HandlerKind::CellBroadcast, [result](GSM::CellBroadcast::EventHandler* handler) {
+                handler->eventCbFailure(result);
+            });
+        return result;
+    }
+    Database::Transaction transaction(*db_);
+    bool ok = db_->exec("DELETE FROM cb_subscription");
+    Statement insert =
+        db_->prepare("INSERT INTO cb_subscription(kind, first, last) VALUES(?, ?, ?)");
+    for (int kind = 0; kind < 2; ++kind) {
+        for (const Utilities::Range& range : kind == 0 ? *normalChannels : *normalLanguages) {
+            if (!ok)
+                break;
+            insert.reset();
+            insert.bind(1, std::int64_t(kind))
+                .bind(2, std::int64_t(range.first))
+                .bind(3, std::int64_t(range.last));
+            insert.step();
+            ok = insert.ok();
+        }
+    }
+    if (!ok || !transaction.commit())
+        return db_->failure(u"The subscription cannot be stored");
+    channels_ = std::move(*normalChannels);
+    languages_ = std::move(*normalLanguages);
+    return {};
+}
+
+GSM::Result Store::querySubscription() {
+    EventQueue::instance().broadcast<GSM::CellBroadcast::EventHandler>(
+        HandlerKind::CellBroadcast,
+        [channels = channels_, languages = languages_](GSM::CellBroadcast::EventHandler* handler) {
+            handler->eventSubscription(int(channels.size()), channels.data(), int(languages.size()),
+                                       languages.data());
+        });
+    return {};
+}
+
+GSM::Result Store::receiveBroadcast(int channel, const std::u16string& text, int language,
+                                    FILETIME date) {
+    if (channel < 0 || channel >= kChannelLimit)
+        return failure(GSM::ErrorInvalidArgument, u"Channels lie in 0 .. 65535.");
+    if (!rangesContain(channels_, channel))
+        return failure(GSM::ErrorNotFound, u"The channel is not subscribed.");
+    // An empty language set accepts every language.
+    if (language >= 0 && !languages_.empty() && !rangesContain(languages_, language))
+        return failure(GSM::ErrorNotFound, u"The language is not subscribed.");
+    CbRecord record;
+    const auto existing = broadcasts_.find(channel);
+    record.count = existing == broadcasts_.end() ? 1 : existing->second.count + 1;
+    record.language = language;
+    record.text = text;
+    const std::uint64_t ticks = fileTimeToUInt64(date);
+    record.dateTicks = ticks ? ticks : nowTicks();
+    Database::Transaction transaction(*db_);
+    bool ok = true;
+    std::optional<int> evicted;
+    if (existing == broadcasts_.end() && int(broadcasts_.size()) >= kCbCapacity) {
+        // A full store gives up its oldest message.
+        evicted = std::min_element(broadcasts_.begin(), broadcasts_.end(),
+                                   [](const auto& a, const auto& b) {
+                                       return a.second.dateTicks < b.second.dateTicks;
+                                   })
+                      ->first;
+        Statement remove = db_->prepare("DELETE FROM cb_messages WHERE channel = ?");
+        remove.bind(1, std::int64_t(*evicted));
+        remove.step();
+        ok = remove.ok();
+    }
+    Statement upsert =
+        db_->prepare("INSERT OR REPLACE INTO cb_messages(channel, language, text, date, count) "
+                     "VALUES(?, ?, ?, ?, ?)");
+    upsert.bind(1, std::int64_t(channel))
+        .bind(2, std::int64_t(language))
+        .bind(3, text)
+        .bind(4, std::int64_t(record.dateTicks))
+        .bind(5, std::int64_t(record.count));
+    if (ok)
+        upsert.step();
+    if (!ok || !upsert.ok() || !transaction.commit())
+        return db_->failure(u"The cell broadcast cannot be stored");
+    if (evicted)
+        broadcasts_.erase(*evicted);
+    broadcasts_[channel] = std::move(record);
+    EventQueue::instance().broadcast<GSM::CellBroadcast::EventHandler>(
+        HandlerKind::CellBroadcast,
+        [channel](GSM::CellBroadcast::EventHandler* handler) { handler->eventMessage(channel); });
+    return {};
+}
+
+} // namespace tessaly::telephony
