@@ -688,6 +688,11 @@ void ListView::keyPressEvent(QKeyEvent* event) {
     const int key = virtualKeyFromQtKey(event->key());
     if (key != 0)
         emit keyDown(key);
+    // Enter belongs to the list (its window opens the row), not to the dialog's OK.
+    if (key == VK_RETURN) {
+        event->accept();
+        return;
+    }
     QTableWidget::keyPressEvent(event);
 }
 

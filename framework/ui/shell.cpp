@@ -74,6 +74,7 @@ void Shell::showAbout(QWidget* owner) {
 }
 
 void Shell::clearRecord() {
+    inputPanelUp_ = false;
     inputPanelRequests_.clear();
     soundsPlayed_.clear();
     aboutShown_ = 0;

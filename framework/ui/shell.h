@@ -51,7 +51,7 @@ public:
     virtual void showAbout(QWidget* owner);
     int aboutShown() const { return aboutShown_; }
 
-    // Forgets the recorded requests.
+    // Forgets the recorded requests (and puts the input panel down).
     void clearRecord();
 
     static Shell& current();

@@ -5,8 +5,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(DataDirectory, OverrideIsCreatedPrivate)
-{
+TEST(DataDirectory, OverrideIsCreatedPrivate) {
     QTemporaryDir parent;
     const QString path = parent.path() + QStringLiteral("/nested/data");
     tessaly::setDataDirectory(path);
