@@ -91,7 +91,7 @@ class DialogWindow : public QDialog {
 public:
     DialogWindow(Dialog* owner, QWidget* parent, Presentation presentation)
         : QDialog(parent)
-        , owner_(owner) {
+        , owner_(std::make_shared<Dialog*>(owner)) {
         setFont(smallFont());
         auto* layout = new QVBoxLayout(this);
         layout->setContentsMargins(0, 0, 0, 0);
@@ -129,12 +129,15 @@ public:
     }
 
     ~DialogWindow() override {
-        if (Dialog* owner = std::exchange(owner_, nullptr))
+        if (Dialog* owner = std::exchange(*owner_, nullptr))
             owner->windowGone(this);
     }
 
-    Dialog* owner() const { return owner_; }
-    void detach() { owner_ = nullptr; }
+    Dialog* owner() const { return *owner_; }
+    // Shared with the controls' connections: Qt still sends events (focus out, hide) while
+    // the base classes are being destroyed, when this object may no longer be asked.
+    std::shared_ptr<Dialog*> ownerCell() const { return owner_; }
+    void detach() { *owner_ = nullptr; }
     QWidget* client() const { return client_; }
     QWidget* commandBarSlot() const { return commandBarSlot_; }
     CommandBar* commandBar() const { return commandBar_; }
@@ -150,8 +153,8 @@ public:
     }
 
     void reject() override {
-        if (owner_)
-            owner_->sendCommand(IDCANCEL);
+        if (Dialog* owner = *owner_)
+            owner->sendCommand(IDCANCEL);
         else
             QDialog::reject();
     }
@@ -160,26 +163,27 @@ protected:
     bool event(QEvent* event) override {
         if (event->type() == kPostedMessageEvent) {
             const auto* posted = static_cast<PostedMessage*>(event);
-            if (owner_)
-                owner_->handlePosted(posted->message, posted->wParam, posted->lParam);
+            if (Dialog* owner = *owner_)
+                owner->handlePosted(posted->message, posted->wParam, posted->lParam);
             return true;
         }
         if (event->type() == QEvent::WindowActivate || event->type() == QEvent::WindowDeactivate) {
             const bool active = event->type() == QEvent::WindowActivate;
-            if (Dialog* owner = owner_)
+            if (Dialog* owner = *owner_)
                 owner->dispatch([owner, active] { owner->onActivate(active); });
         }
         return QDialog::event(event);
     }
 
     void keyPressEvent(QKeyEvent* event) override {
-        if (!owner_) {
+        Dialog* owner = *owner_;
+        if (!owner) {
             event->ignore();
             return;
         }
         switch (event->key()) {
         case Qt::Key_Escape:
-            owner_->sendCommand(IDCANCEL);
+            owner->sendCommand(IDCANCEL);
             return;
         case Qt::Key_Return:
         case Qt::Key_Enter:
@@ -189,7 +193,7 @@ protected:
                     return;
                 }
             }
-            owner_->sendCommand(IDOK);
+            owner->sendCommand(IDOK);
             return;
         default:
             event->ignore();
@@ -198,7 +202,7 @@ protected:
 
     void closeEvent(QCloseEvent* event) override {
         event->ignore();
-        if (Dialog* owner = owner_)
+        if (Dialog* owner = *owner_)
             owner->dispatch([owner] { owner->onClose(); });
     }
 
@@ -207,29 +211,29 @@ private:
     public:
         explicit ClientArea(DialogWindow* window)
             : QWidget(window)
-            , window_(window) {}
+            , owner_(window->ownerCell()) {}
 
     protected:
         void paintEvent(QPaintEvent* event) override {
             QPainter painter(this);
-            Dialog* owner = window_->owner();
+            Dialog* owner = *owner_;
             if (!owner || !owner->onEraseBackground(painter, event->rect()))
                 painter.fillRect(event->rect(), palette().color(QPalette::Base));
         }
 
         void resizeEvent(QResizeEvent* event) override {
             QWidget::resizeEvent(event);
-            if (Dialog* owner = window_->owner()) {
+            if (Dialog* owner = *owner_) {
                 const QSize size = event->size();
                 owner->dispatch([owner, size] { owner->onSize(size.width(), size.height()); });
             }
         }
 
     private:
-        DialogWindow* window_;
+        std::shared_ptr<Dialog*> owner_;
     };
 
-    Dialog* owner_;
+    std::shared_ptr<Dialog*> owner_;
     QWidget* titleBar_ = nullptr;
     QLabel* titleLabel_ = nullptr;
     QWidget* client_ = nullptr;
@@ -541,10 +545,10 @@ QWidget* Dialog::createControl(const ControlTemplate& control) {
 }
 
 void Dialog::connectControl(int id, QWidget* widget) {
-    auto* window = window_.data();
     // Every connection has the control as context (it dies with it) and looks up the owner at
     // the time of the notification: after destroyWindow nothing reaches the Dialog.
-    const auto owner = [window]() -> Dialog* { return window->owner(); };
+    const std::shared_ptr<Dialog*> cell = window_->ownerCell();
+    const auto owner = [cell]() -> Dialog* { return *cell; };
 
     if (auto* button = qobject_cast<OwnerDrawButton*>(widget)) {
         button->setDrawHandler([owner, id](QPainter& painter, const DrawItemState& state) {
