@@ -8,14 +8,12 @@ namespace tessaly {
 
 namespace {
 
-QString& overridePath()
-{
+QString& overridePath() {
     static QString path;
     return path;
 }
 
-QString defaultDirectory()
-{
+QString defaultDirectory() {
     const QByteArray fromEnvironment = qgetenv("TESSALY_DATA_DIR");
     if (!fromEnvironment.isEmpty())
         return QString::fromLocal8Bit(fromEnvironment);
@@ -27,8 +25,7 @@ QString defaultDirectory()
 
 } // namespace
 
-QString dataDirectory()
-{
+QString dataDirectory() {
     const QString path = overridePath().isEmpty() ? defaultDirectory() : overridePath();
     QDir dir(path);
     if (!dir.exists()) {
@@ -39,8 +36,7 @@ QString dataDirectory()
     return path;
 }
 
-void setDataDirectory(const QString& path)
-{
+void setDataDirectory(const QString& path) {
     overridePath() = path;
 }
 

@@ -44,13 +44,11 @@ struct FILETIME {
     DWORD dwHighDateTime = 0;
 };
 
-inline std::uint64_t fileTimeToUInt64(const FILETIME& ft)
-{
+inline std::uint64_t fileTimeToUInt64(const FILETIME& ft) {
     return (std::uint64_t(ft.dwHighDateTime) << 32) | ft.dwLowDateTime;
 }
 
-inline FILETIME fileTimeFromUInt64(std::uint64_t value)
-{
+inline FILETIME fileTimeFromUInt64(std::uint64_t value) {
     return FILETIME{DWORD(value & 0xffffffffu), DWORD(value >> 32)};
 }
 

@@ -18,7 +18,9 @@ QString profileName();
 // Returns the entry's text, or defaultValue when the section or the entry is missing.
 QString getProfileString(const QString& section, const QString& entry,
                          const QString& defaultValue = QString());
-// Writes the entry; a null value deletes the entry. Returns false when the write failed.
+// Writes the entry as REG_SZ; a null value deletes the entry, a null entry deletes the whole
+// section (refused while it has subkeys). Deleting what is absent succeeds and creates nothing.
+// Returns false when the write failed or no registry key and profile name are set.
 bool writeProfileString(const QString& section, const QString& entry, const QString& value);
 
 // The profile key, created when missing; nullptr on failure. The caller closes it.

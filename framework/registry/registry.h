@@ -7,6 +7,8 @@
 
 #include "framework/win32types.h"
 
+#include <QString>
+
 struct RegistryKeyHandle;
 using HKEY = RegistryKeyHandle*;
 using PHKEY = HKEY*;
@@ -51,3 +53,15 @@ LONG RegQueryInfoKeyW(HKEY key, LPWSTR keyClass, LPDWORD classLength, LPDWORD re
 LONG RegDeleteValueW(HKEY key, LPCWSTR valueName);
 LONG RegDeleteKeyW(HKEY key, LPCWSTR subKey);
 LONG RegCloseKey(HKEY key);
+
+namespace tessaly {
+
+// What went wrong the last time a hive file could not be opened, read or written, with the
+// file's path; empty while nothing has failed. Each new failure is also logged once.
+QString registryLastError();
+
+// Closes the hive files that no open key handle uses; the next call opens them again. Lets a
+// test reopen the files from disk, or change one while the registry does not hold it open.
+void releaseRegistryHives();
+
+} // namespace tessaly

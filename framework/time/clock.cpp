@@ -16,8 +16,7 @@ constexpr std::int64_t kTicksPerMs = 10000;
 
 class SystemClock final : public Clock {
 public:
-    SYSTEMTIME localNow() const override
-    {
+    SYSTEMTIME localNow() const override {
         const QDateTime now = QDateTime::currentDateTime();
         const QDate date = now.date();
         const QTime time = now.time();
@@ -33,21 +32,18 @@ public:
         return result;
     }
 
-    TimerHandle startTimer(int intervalMs, std::function<void()> callback) override
-    {
+    TimerHandle startTimer(int intervalMs, std::function<void()> callback) override {
         const TimerHandle handle = ++lastHandle_;
         auto timer = std::make_unique<QTimer>();
         timer->setInterval(std::max(0, intervalMs));
-        QObject::connect(timer.get(), &QTimer::timeout, [callback = std::move(callback)] {
-            callback();
-        });
+        QObject::connect(timer.get(), &QTimer::timeout,
+                         [callback = std::move(callback)] { callback(); });
         timer->start();
         timers_[handle] = std::move(timer);
         return handle;
     }
 
-    void stopTimer(TimerHandle handle) override
-    {
+    void stopTimer(TimerHandle handle) override {
         const auto found = timers_.find(handle);
         if (found == timers_.end())
             return;
@@ -67,27 +63,23 @@ Clock* installedClock = nullptr;
 
 } // namespace
 
-Clock& Clock::current()
-{
+Clock& Clock::current() {
     static SystemClock systemClock;
     return installedClock ? *installedClock : systemClock;
 }
 
-void Clock::install(Clock* clock)
-{
+void Clock::install(Clock* clock) {
     installedClock = clock;
 }
 
 } // namespace tessaly
 
-void GetLocalTime(SYSTEMTIME* time)
-{
+void GetLocalTime(SYSTEMTIME* time) {
     if (time)
         *time = tessaly::Clock::current().localNow();
 }
 
-BOOL FileTimeToSystemTime(const FILETIME* fileTime, SYSTEMTIME* systemTime)
-{
+BOOL FileTimeToSystemTime(const FILETIME* fileTime, SYSTEMTIME* systemTime) {
     if (!fileTime || !systemTime)
         return FALSE;
     const std::uint64_t ticks = fileTimeToUInt64(*fileTime);
@@ -112,8 +104,7 @@ BOOL FileTimeToSystemTime(const FILETIME* fileTime, SYSTEMTIME* systemTime)
     return TRUE;
 }
 
-BOOL SystemTimeToFileTime(const SYSTEMTIME* systemTime, FILETIME* fileTime)
-{
+BOOL SystemTimeToFileTime(const SYSTEMTIME* systemTime, FILETIME* fileTime) {
     if (!systemTime || !fileTime)
         return FALSE;
     const QDate date(systemTime->wYear, systemTime->wMonth, systemTime->wDay);

@@ -7,8 +7,7 @@
 #include <QVBoxLayout>
 #include <QWidget>
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("tessaly-phone"));
 

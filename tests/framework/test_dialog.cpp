@@ -424,6 +424,7 @@ TEST_F(DialogTest, EditModifiedFlagDigitsReadOnlyAndClipboard) {
         ASSERT_TRUE(testkit::type(window, c.id, c.typed));
         EXPECT_EQ(window.itemText(c.id), c.result) << c.id;
     }
+    window.setItemText(idReadOnlyEdit, QStringLiteral("fixed"));
     EXPECT_FALSE(testkit::type(window, idReadOnlyEdit, QStringLiteral("x")));
     EXPECT_EQ(window.itemText(idReadOnlyEdit), QStringLiteral("fixed"));
 

@@ -4,6 +4,8 @@
 #include "framework/ui/menu.h"
 #include "framework/ui/property_sheet.h"
 #include "framework/ui/screen.h"
+#include "resources/resource.h"
+#include "resources/sms_resources.h"
 #include "tests/framework/recording_dialog.h"
 #include "tests/framework/window_templates.h"
 #include "tests/testkit/window_test.h"
@@ -264,6 +266,24 @@ TEST_F(WindowLifeTest, CommandBarIsBuiltFromAMenuAndRoutesCommands) {
     popUp.setPresentation(Presentation::PopUp);
     ASSERT_TRUE(popUp.create());
     EXPECT_EQ(popUp.createCommandBar(kBarMenu), nullptr);
+}
+
+TEST_F(WindowLifeTest, CommandBarFromTheModulesOwnMenu) {
+    setCurrentResources(&sms::resources());
+    DialogTemplate plain;
+    plain.id = 1;
+    plain.caption = QStringLiteral("SMS");
+    RecordingDialog window(plain);
+    ASSERT_TRUE(window.create());
+    CommandBar* bar = window.createCommandBar(IDR_MENU_MAIN);
+    ASSERT_NE(bar, nullptr);
+    const std::vector<MenuItem> items = bar->items();
+    ASSERT_EQ(items.size(), 2u);
+    EXPECT_EQ(items[0].text, QStringLiteral("New"));
+    EXPECT_EQ(items[1].text, QStringLiteral("Tools"));
+    EXPECT_TRUE(testkit::chooseCommand(window, IDM_MAIN_OPTIONS));
+    EXPECT_EQ(window.entries("command"),
+              (std::vector<std::string>{"command " + std::to_string(IDM_MAIN_OPTIONS)}));
 }
 
 class Page : public PropertyPage {

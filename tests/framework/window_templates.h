@@ -1,6 +1,6 @@
 #pragma once
 
-// Templates and menus for window tests, written as the resource script holds them.
+// Templates and menus for window tests: data/windows.rc, parsed once.
 
 #include "framework/resources/resource_model.h"
 
@@ -62,8 +62,8 @@ enum : int {
     cmdDelete = 12040,
 };
 
-// The script: every control kind in one full-screen template, a small pop-up, two pages, a
-// template of twenty controls, and the menus above.
+// The parsed script: every control kind in one full-screen template, a small pop-up, two
+// pages, a template of twenty controls, and the menus above.
 const ResourceScript& windowScript();
 
 } // namespace tessaly::testdata

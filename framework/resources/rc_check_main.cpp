@@ -1,0 +1,46 @@
+// Parses resource scripts and reports the first error of each as "file:line: message".
+// Usage: tessaly-rccheck [-I folder]... [--stamp file] script.rc...
+
+#include "framework/resources/resource_parser.h"
+
+#include <QFile>
+#include <QStringList>
+
+#include <cstdio>
+
+int main(int argc, char** argv) {
+    QStringList includeDirectories;
+    QStringList scripts;
+    QString stamp;
+    for (int i = 1; i < argc; ++i) {
+        const QString argument = QString::fromLocal8Bit(argv[i]);
+        if (argument == u"-I" && i + 1 < argc) {
+            includeDirectories.append(QString::fromLocal8Bit(argv[++i]));
+        } else if (argument == u"--stamp" && i + 1 < argc) {
+            stamp = QString::fromLocal8Bit(argv[++i]);
+        } else if (argument.startsWith(u"-I")) {
+            includeDirectories.append(argument.mid(2));
+        } else {
+            scripts.append(argument);
+        }
+    }
+    if (scripts.isEmpty()) {
+        std::fputs("usage: tessaly-rccheck [-I folder]... [--stamp file] script.rc...\n", stderr);
+        return 2;
+    }
+    int failures = 0;
+    for (const QString& script : scripts) {
+        const tessaly::ResourceParseResult result =
+            tessaly::parseResourceFile(script, includeDirectories);
+        if (!result.ok()) {
+            std::fprintf(stderr, "%s\n", qPrintable(result.error->toString()));
+            ++failures;
+        }
+    }
+    if (failures == 0 && !stamp.isEmpty()) {
+        QFile file(stamp);
+        if (!file.open(QIODevice::WriteOnly))
+            return 1;
+    }
+    return failures == 0 ? 0 : 1;
+}
