@@ -57,19 +57,6 @@ bool hasStyle(const ControlTemplate& control, const char* name) {
     return hasStyle(control.styles, name);
 }
 
-const DialogTemplate& emptyTemplate() {
-    static const DialogTemplate empty;
-    return empty;
-}
-
-DialogTemplate lookUpTemplate(int templateId) {
-    if (const DialogTemplate* found = findDialogTemplate(templateId))
-        return *found;
-    DialogTemplate missing = emptyTemplate();
-    missing.id = -templateId - 1; // marks "not found" while remembering which id was asked for
-    return missing;
-}
-
 } // namespace
 
 template <typename Handler> bool Dialog::dispatch(Handler&& handler) {
@@ -244,7 +231,11 @@ private:
 // ---- construction ----
 
 Dialog::Dialog(int templateId, Dialog* parent)
-    : Dialog(lookUpTemplate(templateId), parent) {}
+    : Dialog(findDialogTemplate(templateId) ? *findDialogTemplate(templateId) : DialogTemplate{},
+             parent) {
+    templateFound_ = findDialogTemplate(templateId) != nullptr;
+    template_.id = templateId;
+}
 
 Dialog::Dialog(const DialogTemplate& dialogTemplate, Dialog* parent)
     : template_(dialogTemplate)
@@ -287,7 +278,7 @@ bool Dialog::exists(const Dialog* dialog) {
 // ---- window life ----
 
 bool Dialog::create(QWidget* parentWidget) {
-    if (window_ || template_.id < 0)
+    if (window_ || !templateFound_)
         return false;
     if (!parentWidget && parentDialog())
         parentWidget = parentDialog()->window();

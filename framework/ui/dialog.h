@@ -236,6 +236,7 @@ private:
     void handlePosted(UINT message, WPARAM wParam, LPARAM lParam);
 
     DialogTemplate template_;
+    bool templateFound_ = true;
     Presentation presentation_ = Presentation::FullScreen;
     Dialog* parent_ = nullptr;
     std::shared_ptr<int> lifeToken_ = std::make_shared<int>(0);

@@ -617,6 +617,7 @@ TEST_F(DialogTest, ModalRunsEndWithCancelOrFailToStart) {
     EXPECT_EQ(cancelled.doModal(), IDCANCEL);
 
     RecordingDialog missing(4711);
+    EXPECT_EQ(missing.templateId(), 4711);
     EXPECT_EQ(missing.doModal(), -1);
     EXPECT_FALSE(missing.create());
 }
