@@ -1,0 +1,24 @@
+#pragma once
+
+// The people a message text can name: the sender (the signature kept in the settings) and one
+// recipient or picked contact (from the phone book).
+
+#include <QString>
+
+namespace tessaly::sms {
+
+struct SenderInfo {
+    QString firstName;
+    QString lastName;
+    QString phone;
+};
+
+struct RecipientInfo {
+    QString firstName;
+    QString lastName;
+    QString fullName;
+    QString initials;
+    QString phone;
+};
+
+} // namespace tessaly::sms
