@@ -11,6 +11,8 @@ struct SenderInfo {
     QString firstName;
     QString lastName;
     QString phone;
+
+    bool operator==(const SenderInfo&) const = default;
 };
 
 struct RecipientInfo {
@@ -19,6 +21,8 @@ struct RecipientInfo {
     QString fullName;
     QString initials;
     QString phone;
+
+    bool operator==(const RecipientInfo&) const = default;
 };
 
 } // namespace tessaly::sms

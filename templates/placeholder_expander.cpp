@@ -272,24 +272,20 @@ QString PlaceholderExpander::insertTemplate(const QString& templateName, const Q
 QString PlaceholderExpander::markersToPlaceholders(const QString& text) {
     const QString colon = placeholderColon();
     QString out = text;
-    qsizetype from = 0;
-    for (;;) {
-        const qsizetype open = out.indexOf(u'<', from);
+    // At most one round per character of the text: a variable name that itself holds a "<"
+    // cannot keep the conversion going.
+    for (qsizetype round = 0; round < text.size(); ++round) {
+        const qsizetype open = out.indexOf(u'<');
         if (open < 0)
             break;
         out[open] = u'[';
         const qsizetype close = out.indexOf(u'>', open + 1);
         if (close < 0)
-            break;
-        out[close] = u']';
-        from = close + 1;
-        const QString inner = out.mid(open + 1, close - open - 1);
-        const std::optional<VariableMatch> match = TemplateStore::findVariableOfValue(inner);
-        if (!match)
             continue;
-        const QString placeholder = match->name + colon + match->value;
-        out.replace(open + 1, inner.size(), placeholder);
-        from = open + 1 + placeholder.size() + 1;
+        out[close] = u']';
+        const QString inner = out.mid(open + 1, close - open - 1);
+        if (const std::optional<VariableMatch> match = TemplateStore::findVariableOfValue(inner))
+            out.replace(open + 1, inner.size(), match->name + colon + match->value);
     }
     return out;
 }
