@@ -52,33 +52,30 @@ public:
 
     int messageBox(QWidget*, const QString& text, const QString&, UINT) override {
         boxTexts.append(text);
-        if (boxAnswers.empty()) {
-            ADD_FAILURE() << "unexpected message box: " << text.toStdString();
-            return IDCANCEL;
-        }
-        const int answer = boxAnswers.front();
-        boxAnswers.pop_front();
-        return answer;
+        return next(boxAnswers, "message box", IDCANCEL);
     }
     int trackPopupMenu(QWidget*, const tessaly::MenuItem& popup, QPoint) override {
         menus.push_back(popup);
-        if (menuAnswers.empty()) {
-            ADD_FAILURE() << "unexpected menu";
-            return 0;
-        }
-        const int answer = menuAnswers.front();
-        menuAnswers.pop_front();
-        return answer;
+        return next(menuAnswers, "menu", 0);
     }
-    int runModal(tessaly::Dialog&) override {
-        ADD_FAILURE() << "unexpected modal dialog";
-        return IDCANCEL;
-    }
+    int runModal(tessaly::Dialog&) override { return unexpected("modal dialog", IDCANCEL); }
     tessaly::ContactPickerChoice
     pickContact(QWidget*, const QString&,
                 const std::vector<tessaly::ContactPickerEntry>&) override {
-        ADD_FAILURE() << "unexpected contact picker";
-        return {};
+        return unexpected("contact picker", tessaly::ContactPickerChoice{});
+    }
+
+private:
+    static int next(std::deque<int>& answers, const char* what, int otherwise) {
+        if (answers.empty())
+            return unexpected(what, otherwise);
+        const int answer = answers.front();
+        answers.pop_front();
+        return answer;
+    }
+    template <typename T> static T unexpected(const char* what, T answer) {
+        ADD_FAILURE() << "unexpected " << what;
+        return answer;
     }
 };
 
