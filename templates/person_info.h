@@ -3,6 +3,8 @@
 // The people a message text can name: the sender (the signature kept in the settings) and one
 // recipient or picked contact (from the phone book).
 
+#include "settings/sms_settings.h"
+
 #include <QString>
 
 namespace tessaly::sms {
@@ -24,5 +26,10 @@ struct RecipientInfo {
 
     bool operator==(const RecipientInfo&) const = default;
 };
+
+// The signature fields of the settings record.
+inline SenderInfo senderInfoOf(const SmsSettings& settings) {
+    return {settings.firstName, settings.lastName, settings.phone};
+}
 
 } // namespace tessaly::sms

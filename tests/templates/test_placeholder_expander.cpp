@@ -140,6 +140,16 @@ TEST_F(PlaceholderExpanderTest, SenderInformationMissing) {
     EXPECT_FALSE(expander.senderInformationMissing());
 }
 
+TEST_F(PlaceholderExpanderTest, TheSenderIsTheSettingsSignature) {
+    SmsSettings settings;
+    settings.firstName = QStringLiteral("Ann");
+    settings.phone = QStringLiteral("+4912");
+    PlaceholderExpander expander(tessaly::sms::senderInfoOf(settings));
+    EXPECT_EQ(expander.expandForSending(QStringLiteral("[Sender:Name and Phone]"), kBob),
+              QStringLiteral("Ann , +4912"));
+    EXPECT_FALSE(expander.senderInformationMissing());
+}
+
 TEST_F(PlaceholderExpanderTest, NamesHoldingMarksDoNotStartPlaceholders) {
     PlaceholderExpander expander(SenderInfo{"[Sender:First Name]", "[x", ""});
     EXPECT_EQ(expander.expandForSending(QStringLiteral("[Sender:Full Name]!"), kBob),
