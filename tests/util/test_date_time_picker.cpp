@@ -130,12 +130,4 @@ TEST_F(DateTimePickerTest, PickingAValue) {
     EXPECT_EQ(tessaly::sms::pickDateTimeValue(QStringLiteral("Date")), std::nullopt);
 }
 
-TEST_F(DateTimePickerTest, Screenshot) {
-    user.runModal([](Dialog& dialog) {
-        EXPECT_TRUE(tessaly::testkit::saveScreenshot(
-            dialog, tessaly::testkit::testOutputPath(QStringLiteral("datetime_picker.png"))));
-    });
-    tessaly::sms::pickDateTimeValue(QStringLiteral("Date"));
-}
-
 } // namespace
