@@ -101,6 +101,22 @@ public:
             titleFont.setPixelSize(13);
             titleLabel_->setFont(titleFont);
             titleLayout->addWidget(titleLabel_, 1);
+            if (presentation == Presentation::FullScreen) {
+                // The phone's "ok" in the title strip: the one way a person leaves a full
+                // screen without a keyboard.
+                auto* okButton = new QPushButton(QStringLiteral("ok"), titleBar_);
+                okButton->setObjectName(QStringLiteral("titleOkButton"));
+                okButton->setFocusPolicy(Qt::NoFocus);
+                okButton->setAutoDefault(false);
+                okButton->setFlat(true);
+                okButton->setFont(titleFont);
+                okButton->setStyleSheet(QStringLiteral("color: white; padding: 0 6px;"));
+                connect(okButton, &QPushButton::clicked, this, [this] {
+                    if (Dialog* owner = *owner_)
+                        owner->sendCommand(IDOK);
+                });
+                titleLayout->addWidget(okButton);
+            }
             layout->addWidget(titleBar_);
         }
         client_ = new ClientArea(this);
