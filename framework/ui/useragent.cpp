@@ -1,21 +1,170 @@
 #include "framework/ui/useragent.h"
 
+#include "framework/ui/dialog.h"
+#include "framework/ui/menu.h"
+#include "framework/ui/screen.h"
+
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QListWidget>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPointer>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
 namespace tessaly {
 
 namespace {
 
-// Until the Qt agent is in place every question is answered as if dismissed.
-class DismissingUserAgent final : public UserAgent {
+QMessageBox::Icon iconFromFlags(UINT flags) {
+    switch (flags & 0xf0) {
+    case MB_ICONHAND:
+        return QMessageBox::Critical;
+    case MB_ICONQUESTION:
+        return QMessageBox::Question;
+    case MB_ICONEXCLAMATION:
+        return QMessageBox::Warning;
+    case MB_ICONINFORMATION:
+        return QMessageBox::Information;
+    default:
+        return QMessageBox::NoIcon;
+    }
+}
+
+struct BoxButton {
+    QMessageBox::StandardButton button;
+    int result;
+};
+
+std::vector<BoxButton> buttonsFromFlags(UINT flags) {
+    switch (flags & 0xf) {
+    case MB_OKCANCEL:
+        return {{QMessageBox::Ok, IDOK}, {QMessageBox::Cancel, IDCANCEL}};
+    case MB_YESNOCANCEL:
+        return {
+            {QMessageBox::Yes, IDYES}, {QMessageBox::No, IDNO}, {QMessageBox::Cancel, IDCANCEL}};
+    case MB_YESNO:
+        return {{QMessageBox::Yes, IDYES}, {QMessageBox::No, IDNO}};
+    default:
+        return {{QMessageBox::Ok, IDOK}};
+    }
+}
+
+// The answers of the person, with Qt widgets.
+class QtUserAgent final : public UserAgent {
 public:
-    int messageBox(QWidget*, const QString&, const QString&, UINT flags) override {
-        return (flags & 0xf) == MB_OK ? IDOK : IDCANCEL;
+    int messageBox(QWidget* owner, const QString& text, const QString& caption,
+                   UINT flags) override {
+        QMessageBox box(iconFromFlags(flags), caption, text, QMessageBox::NoButton, owner);
+        box.setFont(smallFont());
+        const std::vector<BoxButton> buttons = buttonsFromFlags(flags);
+        for (const BoxButton& entry : buttons)
+            box.addButton(entry.button);
+        const size_t defaultIndex = (flags & MB_DEFBUTTON2) && buttons.size() > 1 ? 1 : 0;
+        box.setDefaultButton(buttons[defaultIndex].button);
+        if (flags & (MB_TOPMOST | MB_SETFOREGROUND))
+            box.setWindowFlag(Qt::WindowStaysOnTopHint);
+        openBoxes_.push_back({owner, &box, 0});
+        const int clicked = box.exec();
+        const auto mine = std::find_if(openBoxes_.begin(), openBoxes_.end(),
+                                       [&](const OpenBox& open) { return open.box == &box; });
+        const int forced = mine->forcedResult;
+        openBoxes_.erase(mine);
+        if (forced != 0)
+            return forced;
+        for (const BoxButton& entry : buttons)
+            if (entry.button == clicked)
+                return entry.result;
+        // Closed without a button: Cancel where there is one, else the only button.
+        const bool hasCancel = std::any_of(buttons.begin(), buttons.end(),
+                                           [](const BoxButton& b) { return b.result == IDCANCEL; });
+        return hasCancel ? IDCANCEL : buttons.front().result;
     }
-    int trackPopupMenu(QWidget*, const MenuItem&, QPoint) override { return 0; }
-    int runModal(Dialog&) override { return IDCANCEL; }
-    ContactPickerChoice pickContact(QWidget*, const QString&,
-                                    const std::vector<ContactPickerEntry>&) override {
-        return {};
+
+    bool endMessageBox(QWidget* owner, int result) override {
+        for (auto it = openBoxes_.rbegin(); it != openBoxes_.rend(); ++it) {
+            if (it->owner == owner && it->box) {
+                it->forcedResult = result;
+                it->box->done(0);
+                return true;
+            }
+        }
+        return false;
     }
+
+    int trackPopupMenu(QWidget* owner, const MenuItem& popup, QPoint screenPos) override {
+        return trackPopupMenuEx(owner, popup, screenPos, TPM_LEFTALIGN);
+    }
+
+    int trackPopupMenuEx(QWidget* owner, const MenuItem& popup, QPoint screenPos,
+                         UINT flags) override {
+        QMenu menu(owner);
+        fillQtMenu(menu, popup);
+        const QSize size = menu.sizeHint();
+        QPoint at = screenPos;
+        if (flags & TPM_RIGHTALIGN)
+            at.rx() -= size.width();
+        else if (flags & TPM_CENTERALIGN)
+            at.rx() -= size.width() / 2;
+        if (flags & TPM_BOTTOMALIGN)
+            at.ry() -= size.height();
+        const QAction* chosen = menu.exec(at);
+        return chosen ? chosen->data().toInt() : 0;
+    }
+
+    int runModal(Dialog& dialog) override {
+        const std::weak_ptr<int> alive = dialog.aliveToken();
+        if (!dialog.beginModal())
+            return -1;
+        if (!dialog.hasEnded()) {
+            auto* window = qobject_cast<QDialog*>(dialog.window());
+            if (window)
+                window->exec();
+        }
+        if (alive.expired())
+            return IDCANCEL;
+        return dialog.finishModal();
+    }
+
+    ContactPickerChoice pickContact(QWidget* owner, const QString& title,
+                                    const std::vector<ContactPickerEntry>& entries) override {
+        QDialog picker(owner);
+        picker.setWindowTitle(title);
+        picker.setFont(smallFont());
+        picker.resize(kScreenWidth, kScreenHeight);
+        auto* layout = new QVBoxLayout(&picker);
+        auto* list = new QListWidget(&picker);
+        layout->addWidget(list);
+        for (size_t entry = 0; entry < entries.size(); ++entry) {
+            const ContactPickerEntry& contact = entries[entry];
+            for (int number = 0; number < contact.numbers.size(); ++number) {
+                auto* row = new QListWidgetItem(
+                    contact.name + QStringLiteral("  ") + contact.numbers.at(number), list);
+                row->setData(Qt::UserRole, int(entry));
+                row->setData(Qt::UserRole + 1, number);
+            }
+        }
+        auto* buttons =
+            new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &picker);
+        layout->addWidget(buttons);
+        QObject::connect(buttons, &QDialogButtonBox::accepted, &picker, &QDialog::accept);
+        QObject::connect(buttons, &QDialogButtonBox::rejected, &picker, &QDialog::reject);
+        QObject::connect(list, &QListWidget::itemDoubleClicked, &picker, &QDialog::accept);
+        if (picker.exec() != QDialog::Accepted || !list->currentItem())
+            return {};
+        return {list->currentItem()->data(Qt::UserRole).toInt(),
+                list->currentItem()->data(Qt::UserRole + 1).toInt()};
+    }
+
+private:
+    struct OpenBox {
+        QWidget* owner;
+        QPointer<QMessageBox> box;
+        int forcedResult;
+    };
+    std::vector<OpenBox> openBoxes_;
 };
 
 UserAgent* installedAgent = nullptr;
@@ -23,8 +172,8 @@ UserAgent* installedAgent = nullptr;
 } // namespace
 
 UserAgent& UserAgent::current() {
-    static DismissingUserAgent fallback;
-    return installedAgent ? *installedAgent : fallback;
+    static QtUserAgent qtAgent;
+    return installedAgent ? *installedAgent : qtAgent;
 }
 
 void UserAgent::install(UserAgent* agent) {

@@ -60,6 +60,15 @@ public:
                            UINT flags) = 0;
     // Returns the chosen command id, or 0 when the menu was dismissed.
     virtual int trackPopupMenu(QWidget* owner, const MenuItem& popup, QPoint screenPos) = 0;
+    // With the alignment flags (TPM_*) of the platform; agents that do not place menus
+    // themselves need not override it.
+    virtual int trackPopupMenuEx(QWidget* owner, const MenuItem& popup, QPoint screenPos,
+                                 UINT flags) {
+        return trackPopupMenu(owner, popup, screenPos);
+    }
+    // Ends the message box now shown over owner as if the button with that result had been
+    // pressed (a window closing its own box after a timeout). False when none is shown.
+    virtual bool endMessageBox(QWidget* owner, int result) { return false; }
     // Runs the dialog modally; returns its end code.
     virtual int runModal(Dialog& dialog) = 0;
     virtual ContactPickerChoice pickContact(QWidget* owner, const QString& title,
