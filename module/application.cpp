@@ -2,21 +2,23 @@
 // any export can be called.
 
 #include "module/startup.h"
+#include "templates/factory_defaults.h"
 
 #include <QtGlobal>
 
-namespace {
-
-void initEmbeddedResources() {
-    // The resource scripts are registered by a static initialiser of their own, whose order
-    // against this one is not defined; registering twice is harmless.
+// Outside any namespace, as Q_INIT_RESOURCE requires. The resource scripts are registered by a
+// static initialiser of their own, whose order against the application object is not defined;
+// registering twice is harmless.
+static void initEmbeddedResources() {
     Q_INIT_RESOURCE(tessaly_sms_scripts);
 }
+
+namespace {
 
 struct SmsApplication {
     SmsApplication() {
         initEmbeddedResources();
-        tessaly::sms::startModule(nullptr);
+        tessaly::sms::startModule(&tessaly::sms::seedFactoryDefaults);
     }
 };
 

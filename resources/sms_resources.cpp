@@ -13,10 +13,21 @@ namespace tessaly::sms {
 
 namespace {
 
-const QString scriptBaseName = QStringLiteral("sms");
+QString scriptBaseName() {
+    return QStringLiteral("sms");
+}
 
-std::mutex cacheMutex;
-std::map<QString, std::unique_ptr<const ResourceScript>> cache; // by resolved language
+// Made on first use: the module's application object asks for its resources while the library
+// loads, possibly before the dynamic initialisers of this file have run.
+struct ScriptCache {
+    std::mutex mutex;
+    std::map<QString, std::unique_ptr<const ResourceScript>> scripts; // by resolved language
+};
+
+ScriptCache& scriptCache() {
+    static ScriptCache cache;
+    return cache;
+}
 
 } // namespace
 
@@ -26,20 +37,21 @@ QString embeddedScriptDirectory() {
 
 QString resolvedLanguage(const QString& language) {
     QString chosen;
-    findLanguageScript(embeddedScriptDirectory(), scriptBaseName, language, &chosen);
+    findLanguageScript(embeddedScriptDirectory(), scriptBaseName(), language, &chosen);
     return chosen;
 }
 
 ResourceParseResult parseEmbeddedScript(const QString& language) {
-    const QString path = findLanguageScript(embeddedScriptDirectory(), scriptBaseName, language);
+    const QString path = findLanguageScript(embeddedScriptDirectory(), scriptBaseName(), language);
     return parseResourceFile(path);
 }
 
 const ResourceScript& resourcesFor(const QString& language) {
-    const std::lock_guard lock(cacheMutex);
+    ScriptCache& cache = scriptCache();
+    const std::lock_guard lock(cache.mutex);
     QString chosen = resolvedLanguage(language);
-    auto found = cache.find(chosen);
-    if (found != cache.end())
+    auto found = cache.scripts.find(chosen);
+    if (found != cache.scripts.end())
         return *found->second;
 
     ResourceParseResult result = parseEmbeddedScript(chosen);
@@ -55,7 +67,7 @@ const ResourceScript& resourcesFor(const QString& language) {
         result.script = ResourceScript();
     }
     auto stored = std::make_unique<const ResourceScript>(std::move(result.script));
-    return *cache.emplace(chosen, std::move(stored)).first->second;
+    return *cache.scripts.emplace(chosen, std::move(stored)).first->second;
 }
 
 const ResourceScript& resources() {

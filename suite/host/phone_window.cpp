@@ -7,9 +7,8 @@
 #include <QComboBox>
 #include <QDate>
 #include <QFormLayout>
-#include <QFrame>
+#include <QGridLayout>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -27,6 +26,7 @@ namespace sim = tessaly::telephony::simulator;
 
 constexpr int kScreenWidth = 240;
 constexpr int kScreenHeight = 320;
+constexpr int kPanelGap = 10;
 
 std::u16string toU16(const QString& text) {
     return text.toStdU16String();
@@ -116,11 +116,14 @@ SimulatorPanel::SimulatorPanel(QWidget* parent) : QWidget(parent) {
                                this);
     heading->setWordWrap(true);
     layout->addWidget(heading);
-    layout->addWidget(buildIncomingSms());
-    layout->addWidget(buildCellBroadcast());
-    layout->addWidget(buildSim());
-    layout->addWidget(buildNetwork());
-    layout->addWidget(buildNextSend());
+    // Two columns, so that the panel fits beside the phone on an 800x480 virtual screen.
+    auto* columns = new QGridLayout;
+    columns->addWidget(buildIncomingSms(), 0, 0);
+    columns->addWidget(buildCellBroadcast(), 1, 0);
+    columns->addWidget(buildSim(), 0, 1);
+    columns->addWidget(buildNetwork(), 1, 1);
+    columns->addWidget(buildNextSend(), 2, 0, 1, 2);
+    layout->addLayout(columns);
     log_ = new QLabel(this);
     log_->setObjectName(QStringLiteral("simulatorLog"));
     log_->setWordWrap(true);
@@ -253,31 +256,26 @@ void SimulatorPanel::sendingCompleted() {
         nextSend_->setText(QStringLiteral("The next send succeeds."));
 }
 
-PhoneWindow::PhoneWindow(QWidget* parent) : QWidget(parent) {
-    setWindowTitle(QStringLiteral("Tessaly phone"));
-    auto* layout = new QHBoxLayout(this);
-    auto* bezel = new QFrame(this);
-    bezel->setFrameShape(QFrame::Box);
-    bezel->setLineWidth(2);
-    auto* bezelLayout = new QVBoxLayout(bezel);
-    bezelLayout->setContentsMargins(2, 2, 2, 2);
-    home_ = new HomeScreen(bezel);
-    bezelLayout->addWidget(home_);
-    layout->addWidget(bezel, 0, Qt::AlignTop);
-    simulator_ = new SimulatorPanel(this);
-    simulator_->setFixedWidth(300);
-    layout->addWidget(simulator_);
+PhoneWindow::PhoneWindow()
+    : home_(std::make_unique<HomeScreen>()), simulator_(std::make_unique<SimulatorPanel>()) {
+    home_->setWindowTitle(QStringLiteral("Tessaly"));
+    simulator_->setWindowTitle(QStringLiteral("Tessaly simulator"));
 }
 
-QPoint PhoneWindow::screenOrigin() const {
-    return home_->mapToGlobal(QPoint(0, 0));
+PhoneWindow::~PhoneWindow() = default;
+
+void PhoneWindow::show() {
+    home_->move(0, 0);
+    home_->show();
+    simulator_->move(kScreenWidth + kPanelGap, 0);
+    simulator_->show();
 }
 
 void PhoneWindow::showHomeScreen() {
     home_->refreshUnreadCount();
-    show();
-    raise();
-    activateWindow();
+    home_->show();
+    home_->raise();
+    home_->activateWindow();
 }
 
 } // namespace tessaly::host

@@ -8,6 +8,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <memory>
 
 class QLabel;
 class QPushButton;
@@ -69,21 +70,25 @@ private:
     QLabel* log_ = nullptr;
 };
 
-class PhoneWindow final : public QWidget {
-    Q_OBJECT
+// The host's two top-level windows. The phone screen stands at the desktop's top-left corner,
+// where the module's full-screen windows and pop-ups appear over it; the simulator panel stands
+// beside it.
+class PhoneWindow {
 public:
-    explicit PhoneWindow(QWidget* parent = nullptr);
+    PhoneWindow();
+    ~PhoneWindow();
+    PhoneWindow(const PhoneWindow&) = delete;
+    PhoneWindow& operator=(const PhoneWindow&) = delete;
 
-    HomeScreen* homeScreen() const { return home_; }
-    SimulatorPanel* simulator() const { return simulator_; }
-    // Top-left corner of the phone screen on the desktop, where the module's windows belong.
-    QPoint screenOrigin() const;
-    // Raises the host with its home screen (the module has gone idle).
+    HomeScreen* homeScreen() const { return home_.get(); }
+    SimulatorPanel* simulator() const { return simulator_.get(); }
+    void show();
+    // Raises the home screen (the module has gone idle).
     void showHomeScreen();
 
 private:
-    HomeScreen* home_ = nullptr;
-    SimulatorPanel* simulator_ = nullptr;
+    std::unique_ptr<HomeScreen> home_;
+    std::unique_ptr<SimulatorPanel> simulator_;
 };
 
 } // namespace tessaly::host

@@ -6,8 +6,8 @@ namespace tessaly::host {
 
 class PhoneWindow;
 
-// A picture of the host's window with every other visible top-level window of the process (the
-// module's windows) painted over it where it stands on the desktop.
-QImage grabPhone(PhoneWindow& phone);
+// A picture of the desktop as the person sees it: the phone screen, the module's windows over
+// it and the simulator panel beside it.
+QImage grabPhone(const PhoneWindow& phone);
 
 } // namespace tessaly::host
