@@ -2,7 +2,6 @@
 // any export can be called.
 
 #include "module/startup.h"
-#include "templates/factory_defaults.h"
 
 #include <QtGlobal>
 
@@ -18,7 +17,7 @@ namespace {
 struct SmsApplication {
     SmsApplication() {
         initEmbeddedResources();
-        tessaly::sms::startModule(&tessaly::sms::seedFactoryDefaults);
+        tessaly::sms::startModule();
     }
 };
 

@@ -3,6 +3,7 @@
 #include "framework/registry/profile.h"
 #include "module/module_language.h"
 #include "module/module_state.h"
+#include "templates/factory_defaults.h"
 
 namespace tessaly::sms {
 
@@ -13,6 +14,10 @@ void startModule(FactorySeeding seedFactoryData) {
     const ModuleScope scope;
     if (seedFactoryData)
         seedFactoryData();
+}
+
+void startModule() {
+    startModule(&seedFactoryDefaults);
 }
 
 } // namespace tessaly::sms

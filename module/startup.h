@@ -12,5 +12,7 @@ using FactorySeeding = void (*)();
 // `seedFactoryData` runs inside the module's scope (its resources in force, the profile set);
 // null skips it.
 void startModule(FactorySeeding seedFactoryData);
+// The start-up of the loaded module, with the seeding of the factory templates and variables.
+void startModule();
 
 } // namespace tessaly::sms

@@ -13,21 +13,10 @@ namespace tessaly::sms {
 
 namespace {
 
-QString scriptBaseName() {
-    return QStringLiteral("sms");
-}
+const QString scriptBaseName = QStringLiteral("sms");
 
-// Made on first use: the module's application object asks for its resources while the library
-// loads, possibly before the dynamic initialisers of this file have run.
-struct ScriptCache {
-    std::mutex mutex;
-    std::map<QString, std::unique_ptr<const ResourceScript>> scripts; // by resolved language
-};
-
-ScriptCache& scriptCache() {
-    static ScriptCache cache;
-    return cache;
-}
+std::mutex cacheMutex;
+std::map<QString, std::unique_ptr<const ResourceScript>> cache; // by resolved language
 
 } // namespace
 
@@ -37,21 +26,20 @@ QString embeddedScriptDirectory() {
 
 QString resolvedLanguage(const QString& language) {
     QString chosen;
-    findLanguageScript(embeddedScriptDirectory(), scriptBaseName(), language, &chosen);
+    findLanguageScript(embeddedScriptDirectory(), scriptBaseName, language, &chosen);
     return chosen;
 }
 
 ResourceParseResult parseEmbeddedScript(const QString& language) {
-    const QString path = findLanguageScript(embeddedScriptDirectory(), scriptBaseName(), language);
+    const QString path = findLanguageScript(embeddedScriptDirectory(), scriptBaseName, language);
     return parseResourceFile(path);
 }
 
 const ResourceScript& resourcesFor(const QString& language) {
-    ScriptCache& cache = scriptCache();
-    const std::lock_guard lock(cache.mutex);
+    const std::lock_guard lock(cacheMutex);
     QString chosen = resolvedLanguage(language);
-    auto found = cache.scripts.find(chosen);
-    if (found != cache.scripts.end())
+    auto found = cache.find(chosen);
+    if (found != cache.end())
         return *found->second;
 
     ResourceParseResult result = parseEmbeddedScript(chosen);
@@ -67,7 +55,7 @@ const ResourceScript& resourcesFor(const QString& language) {
         result.script = ResourceScript();
     }
     auto stored = std::make_unique<const ResourceScript>(std::move(result.script));
-    return *cache.scripts.emplace(chosen, std::move(stored)).first->second;
+    return *cache.emplace(chosen, std::move(stored)).first->second;
 }
 
 const ResourceScript& resources() {

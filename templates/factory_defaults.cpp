@@ -13,11 +13,9 @@ namespace tessaly::sms {
 
 namespace {
 
-// Constant-initialised: the seeding runs from the module's application object while the library
-// loads, possibly before the dynamic initialisers of this file.
-constexpr QLatin1String kVariableMarker("VAR:");
-constexpr QLatin1String kDefaultMarker("DEF:");
-constexpr QLatin1String kEndMarker("END:");
+const QString kVariableMarker = QStringLiteral("VAR:");
+const QString kDefaultMarker = QStringLiteral("DEF:");
+const QString kEndMarker = QStringLiteral("END:");
 constexpr qsizetype kMarkerLength = 4;
 
 // String ids stop here: a run that lost its closing "END:" line ends at the last possible id

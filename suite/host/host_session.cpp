@@ -19,6 +19,9 @@ bool HostSession::start(const QString& modulePath, QString* error) {
     if (!module_.load(modulePath, error))
         return false;
     installHooks();
+    if (phone_)
+        QObject::connect(phone_->homeScreen(), &HomeScreen::messagesRequested,
+                         phone_->homeScreen(), [openSms = module_.exports().openSms] { openSms(); });
     module_.exports().initModule(idlePointer());
     return true;
 }
@@ -28,6 +31,8 @@ void HostSession::stop() {
         return;
     module_.exports().exitModule();
     telephony::installHostHooks({});
+    if (phone_)
+        QObject::disconnect(phone_->homeScreen(), &HomeScreen::messagesRequested, nullptr, nullptr);
     // Windows the module destroyed may finish on the next loop turns, and queued library
     // events still name the module's handlers: both must be done before the code goes.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

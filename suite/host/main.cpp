@@ -98,8 +98,6 @@ int main(int argc, char** argv) {
             tessaly::telephony::close();
             return 1;
         }
-        QObject::connect(phone.homeScreen(), &tessaly::host::HomeScreen::messagesRequested,
-                         [&session] { session.exports().openSms(); });
         phone.show();
 
         if (!options->screenshotPath.isEmpty()) {
