@@ -77,8 +77,8 @@ void openSendingNotification(long id, int recipient, int segment, int segments, 
     auto& context = moduleContext();
     if (!settings.showProgress || context.sendingNotificationSuppressed)
         return;
-    qInfo("openSendingNotification(%ld, %d, %d, %d): the sending notification is not built yet",
-          id, recipient, segment, segments);
+    qInfo("openSendingNotification(%ld, %d, %d, %d): the sending notification is not built yet", id,
+          recipient, segment, segments);
 }
 
 void openSendingCompletion(GSM::Result result, bool plural) {

@@ -54,7 +54,8 @@ ModuleContext& moduleContext() {
     return context;
 }
 
-ModuleScope::ModuleScope() : guard_(moduleContext().resources, &moduleContext()) {}
+ModuleScope::ModuleScope()
+    : guard_(moduleContext().resources, &moduleContext()) {}
 
 SmsSettings& loadSettings() {
     SmsSettings& settings = moduleContext().settings;

@@ -9,7 +9,8 @@
 
 namespace tessaly::host {
 
-HostSession::HostSession(PhoneWindow* phone) : phone_(phone) {}
+HostSession::HostSession(PhoneWindow* phone)
+    : phone_(phone) {}
 
 HostSession::~HostSession() {
     stop();
@@ -20,8 +21,8 @@ bool HostSession::start(const QString& modulePath, QString* error) {
         return false;
     installHooks();
     if (phone_)
-        QObject::connect(phone_->homeScreen(), &HomeScreen::messagesRequested,
-                         phone_->homeScreen(), [openSms = module_.exports().openSms] { openSms(); });
+        QObject::connect(phone_->homeScreen(), &HomeScreen::messagesRequested, phone_->homeScreen(),
+                         [openSms = module_.exports().openSms] { openSms(); });
     module_.exports().initModule(idlePointer());
     return true;
 }

@@ -47,9 +47,9 @@ bool resolveSmsExports(const std::function<void*(const char* symbol)>& lookup, S
     if (!missing.isEmpty()) {
         if (error)
             *error = QStringLiteral("The SMS module lacks %1: %2")
-                         .arg(missing.size() == 1 ? QStringLiteral("an entry point")
-                                                  : QStringLiteral("%1 entry points")
-                                                        .arg(missing.size()),
+                         .arg(missing.size() == 1
+                                  ? QStringLiteral("an entry point")
+                                  : QStringLiteral("%1 entry points").arg(missing.size()),
                               missing.join(QStringLiteral(", ")));
         return false;
     }
@@ -90,8 +90,8 @@ bool SmsModuleLibrary::load(const QString& path, QString* error) {
     }
     SmsExports resolved;
     QString resolveError;
-    if (!resolveSmsExports([handle](const char* symbol) { return dlsym(handle, symbol); },
-                           resolved, &resolveError)) {
+    if (!resolveSmsExports([handle](const char* symbol) { return dlsym(handle, symbol); }, resolved,
+                           &resolveError)) {
         dlclose(handle);
         if (error)
             *error = QStringLiteral("%1 (%2)").arg(resolveError, path);

@@ -39,7 +39,8 @@ QString resultText(const GSM::Result& result) {
 } // namespace
 
 HomeScreen::HomeScreen(QWidget* parent)
-    : QWidget(parent), watcher_([this] { refreshUnreadCount(); }) {
+    : QWidget(parent)
+    , watcher_([this] { refreshUnreadCount(); }) {
     setObjectName(QStringLiteral("homeScreen"));
     setFixedSize(kScreenWidth, kScreenHeight);
     setAutoFillBackground(true);
@@ -108,7 +109,8 @@ void HomeScreen::updateClock() {
     date_->setText(QDate(now.wYear, now.wMonth, now.wDay).toString(QStringLiteral("yyyy-MM-dd")));
 }
 
-SimulatorPanel::SimulatorPanel(QWidget* parent) : QWidget(parent) {
+SimulatorPanel::SimulatorPanel(QWidget* parent)
+    : QWidget(parent) {
     setObjectName(QStringLiteral("simulator"));
     auto* layout = new QVBoxLayout(this);
     auto* heading = new QLabel(QStringLiteral("<b>Simulator</b> — what the network, the SIM and "
@@ -257,7 +259,8 @@ void SimulatorPanel::sendingCompleted() {
 }
 
 PhoneWindow::PhoneWindow()
-    : home_(std::make_unique<HomeScreen>()), simulator_(std::make_unique<SimulatorPanel>()) {
+    : home_(std::make_unique<HomeScreen>())
+    , simulator_(std::make_unique<SimulatorPanel>()) {
     home_->setWindowTitle(QStringLiteral("Tessaly"));
     simulator_->setWindowTitle(QStringLiteral("Tessaly simulator"));
 }

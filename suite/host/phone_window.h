@@ -18,7 +18,8 @@ namespace tessaly::host {
 // Calls the home screen's count refresh whenever the message store changes.
 class UnreadWatcher final : public GSM::SmsEventHandler {
 public:
-    explicit UnreadWatcher(std::function<void()> changed) : changed_(std::move(changed)) {}
+    explicit UnreadWatcher(std::function<void()> changed)
+        : changed_(std::move(changed)) {}
     void eventMessagesChanged() override { changed_(); }
 
 private:

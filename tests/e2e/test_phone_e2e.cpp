@@ -76,8 +76,8 @@ TEST_F(PhoneEndToEnd, TheHostLoadsTheModuleRoutesEventsToItAndUnloadsIt) {
 
     // A message arrives: the library tells the host, the host calls the module.
     long id = 0;
-    ASSERT_TRUE(sim::receiveMessage(u"+447700900101", u"Are you there?", std::nullopt, u"", &id)
-                    .isOk());
+    ASSERT_TRUE(
+        sim::receiveMessage(u"+447700900101", u"Are you there?", std::nullopt, u"", &id).isOk());
     settle();
     EXPECT_TRUE(log.contains(QStringLiteral("openMessageNotification(%1)").arg(id)));
     EXPECT_EQ(phone.homeScreen()->unreadText(), QStringLiteral("4 new messages"));

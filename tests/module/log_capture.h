@@ -12,7 +12,10 @@ namespace module_test {
 
 class LogCapture {
 public:
-    LogCapture() : previous_(qInstallMessageHandler(&LogCapture::handle)) { active() = this; }
+    LogCapture()
+        : previous_(qInstallMessageHandler(&LogCapture::handle)) {
+        active() = this;
+    }
     ~LogCapture() {
         qInstallMessageHandler(previous_);
         active() = nullptr;

@@ -35,7 +35,8 @@ std::set<std::string> definedDynamicSymbols(const QByteArray& file) {
             continue;
         const Elf64_Shdr strings = sectionAt(int(symbols.sh_link));
         for (std::size_t at = symbols.sh_offset + sizeof(Elf64_Sym);
-             at + sizeof(Elf64_Sym) <= symbols.sh_offset + symbols.sh_size; at += sizeof(Elf64_Sym)) {
+             at + sizeof(Elf64_Sym) <= symbols.sh_offset + symbols.sh_size;
+             at += sizeof(Elf64_Sym)) {
             Elf64_Sym symbol;
             std::memcpy(&symbol, file.constData() + at, sizeof symbol);
             if (symbol.st_shndx == SHN_UNDEF)

@@ -25,8 +25,8 @@
 
 namespace {
 
-using tessaly::sms::moduleContext;
 using module_test::LogCapture;
+using tessaly::sms::moduleContext;
 
 // The module in-process on an in-memory telephony store, with a fresh module state per test.
 class ModuleExports : public ::testing::Test {
@@ -240,16 +240,15 @@ TEST_F(ModuleExports, EveryExportRunsInTheModulesStateAndRestoresTheCallers) {
     openSms();
     openSimNotification(0, 0);
     exitModule();
-    EXPECT_EQ(tessaly::currentModuleState(),
-              (tessaly::ModuleState{&callerResources, &callerData}));
+    EXPECT_EQ(tessaly::currentModuleState(), (tessaly::ModuleState{&callerResources, &callerData}));
 }
 
 TEST(ModuleLanguage, TheSystemLanguageIndexNamesTheResources) {
     const struct {
         int index;
         const char* language;
-    } cases[] = {{0, "en"}, {1, "de"}, {2, "es"}, {3, "it"},
-                 {4, "fr"}, {5, "zh"}, {6, "zh"}, {7, "en"}, {-1, "en"}};
+    } cases[] = {{0, "en"}, {1, "de"}, {2, "es"}, {3, "it"}, {4, "fr"},
+                 {5, "zh"}, {6, "zh"}, {7, "en"}, {-1, "en"}};
     for (const auto& c : cases)
         EXPECT_EQ(tessaly::sms::languageForIndex(c.index), QLatin1String(c.language)) << c.index;
 }
@@ -277,7 +276,8 @@ protected:
         return text;
     }
     static void recordSeeding() {
-        seenProfileKey() = tessaly::profile::registryKey() + u'\\' + tessaly::profile::profileName();
+        seenProfileKey() =
+            tessaly::profile::registryKey() + u'\\' + tessaly::profile::profileName();
         seenText() = tessaly::loadString(IDS_STATUS_DELETED);
     }
 

@@ -53,7 +53,8 @@ TEST_F(DemoData, AFreshPhoneGetsALivingDataSet) {
     // Spread over several days, none in the future, and most senders are known by name.
     FILETIME nowFileTime;
     SystemTimeToFileTime(&now_, &nowFileTime);
-    GSM::MessageContainer* inbox = GSM::sms.getMessages(GSM::Sms::FolderInbox, GSM::Sms::SortByDate);
+    GSM::MessageContainer* inbox =
+        GSM::sms.getMessages(GSM::Sms::FolderInbox, GSM::Sms::SortByDate);
     ASSERT_NE(inbox, nullptr);
     std::set<int> days;
     int named = 0;
@@ -76,8 +77,8 @@ TEST_F(DemoData, AFreshPhoneGetsALivingDataSet) {
 }
 
 TEST_F(DemoData, APhoneWithDataIsLeftAlone) {
-    ASSERT_TRUE(tessaly::telephony::simulator::addContact(u"Only", u"One", {u"+447700900999"})
-                    .isOk());
+    ASSERT_TRUE(
+        tessaly::telephony::simulator::addContact(u"Only", u"One", {u"+447700900999"}).isOk());
     EXPECT_EQ(seedDemoData(now_), DemoSeeding::AlreadyHadData);
     EXPECT_EQ(contactCount(), 1);
     EXPECT_EQ(GSM::sms.messageCount(GSM::Sms::FolderInbox), 0);
