@@ -59,7 +59,9 @@ std::optional<HostOptions> parseHostArguments(const QStringList& arguments, QStr
 }
 
 QString hostUsage() {
-    return Parser().parser.helpText();
+    // Before the application object exists Qt cannot name the program.
+    return Parser().parser.helpText().replace(QStringLiteral("<executable_name>"),
+                                              QStringLiteral("tessaly-phone"));
 }
 
 } // namespace tessaly::host
