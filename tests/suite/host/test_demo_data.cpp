@@ -84,22 +84,4 @@ TEST_F(DemoData, APhoneWithDataIsLeftAlone) {
     EXPECT_EQ(GSM::sms.messageCount(GSM::Sms::FolderInbox), 0);
 }
 
-TEST_F(DemoData, SeedingTwiceAddsNothingTheSecondTime) {
-    ASSERT_EQ(seedDemoData(now_), DemoSeeding::Seeded);
-    const int inbox = GSM::sms.messageCount(GSM::Sms::FolderInbox);
-    const int contacts = contactCount();
-    tessaly::telephony::close();
-    openStore();
-    EXPECT_EQ(seedDemoData(now_), DemoSeeding::AlreadyHadData);
-    EXPECT_EQ(GSM::sms.messageCount(GSM::Sms::FolderInbox), inbox);
-    EXPECT_EQ(contactCount(), contacts);
-}
-
-TEST_F(DemoData, AClosedStoreFailsWithItsReason) {
-    tessaly::telephony::close();
-    GSM::Result why;
-    EXPECT_EQ(seedDemoData(now_, &why), DemoSeeding::Failed);
-    EXPECT_FALSE(why.isOk());
-}
-
 } // namespace
