@@ -47,6 +47,12 @@
 #define IDD_ADD_CHANNEL 12044
 #define IDD_CB_MESSAGE_VIEW 12045
 
+// ---- Controls ----------------------------------------------------------------------------------
+// "DateTime Picker" (IDD_DATETIME_PICKER)
+#define IDC_DATETIME_DATE 10002  // date picker, shown for every variable but Time
+#define IDC_DATETIME_TIME 10003  // time picker, hidden until the variable is Time
+#define IDC_DATETIME_GROUP 12003 // group box "Choose Date" around both pickers
+
 // ---- Commands ----------------------------------------------------------------------------------
 // Main window menu bar
 #define IDM_MAIN_NEW 10237

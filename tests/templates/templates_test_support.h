@@ -10,6 +10,7 @@
 #include "framework/time/clock.h"
 #include "framework/ui/useragent.h"
 #include "resources/sms_resources.h"
+#include "tests/testkit/qstring_printer.h"
 
 #include <QTemporaryDir>
 
@@ -17,11 +18,6 @@
 
 #include <deque>
 #include <ostream>
-
-// Readable QString values in failure messages.
-inline void PrintTo(const QString& text, std::ostream* out) {
-    *out << '"' << text.toStdString() << '"';
-}
 
 namespace templates_test {
 
