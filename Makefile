@@ -1,6 +1,6 @@
 # The two commands a newcomer needs: `make run` and `make test`.
 JOBS ?= $(shell nproc)
-ARGS ?=
+ARGS ?= --demo
 
 .PHONY: run test bench build asan deps deps-run format clean
 

@@ -1,38 +1,118 @@
+// tessaly-phone: the suite's host with the SMS module and a simulator panel.
+
 #include "framework/datadir.h"
+#include "framework/resources/language.h"
+#include "framework/time/clock.h"
+#include "suite/host/demo_data.h"
+#include "suite/host/host_options.h"
+#include "suite/host/host_session.h"
+#include "suite/host/phone_window.h"
+#include "suite/host/screenshot.h"
+#include "suite/host/system_language.h"
+#include "suite/telephony/telephony.h"
 
 #include <QApplication>
-#include <QCommandLineParser>
-#include <QLabel>
-#include <QPushButton>
-#include <QVBoxLayout>
-#include <QWidget>
+#include <QMessageBox>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace {
+
+QStringList rawArguments(int argc, char** argv) {
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    return arguments;
+}
+
+bool hasDisplay() {
+    return !qEnvironmentVariableIsEmpty("DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+}
+
+void fail(const QString& message) {
+    std::fprintf(stderr, "tessaly-phone: %s\n", qPrintable(message));
+}
+
+} // namespace
 
 int main(int argc, char** argv) {
+    QString error;
+    const std::optional<tessaly::host::HostOptions> options =
+        tessaly::host::parseHostArguments(rawArguments(argc, argv), &error);
+    if (!options) {
+        fail(error + QStringLiteral("\n") + tessaly::host::hostUsage());
+        return 2;
+    }
+    if (options->help) {
+        std::printf("%s", qPrintable(tessaly::host::hostUsage()));
+        return 0;
+    }
+    if (!options->screenshotPath.isEmpty() && !hasDisplay())
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!hasDisplay()) {
+        fail(QStringLiteral(
+            "there is no display to show the phone on.\n"
+            "  make run                  starts a virtual screen and a VNC server on 127.0.0.1\n"
+            "  QT_QPA_PLATFORM=offscreen tessaly-phone --screenshot phone.png\n"
+            "                            draws the phone into a picture without a screen"));
+        return 2;
+    }
+
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("tessaly-phone"));
+    if (!options->dataDirectory.isEmpty())
+        tessaly::setDataDirectory(options->dataDirectory);
 
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("The Tessaly phone with its SMS module."));
-    parser.addHelpOption();
-    QCommandLineOption dataDir(QStringLiteral("data-dir"),
-                               QStringLiteral("Keep the phone's data in <dir>."),
-                               QStringLiteral("dir"));
-    parser.addOption(dataDir);
-    parser.process(app);
-    if (parser.isSet(dataDir))
-        tessaly::setDataDirectory(parser.value(dataDir));
+    tessaly::host::recordSystemLanguage(tessaly::startupLanguage());
+    if (const GSM::Result opened = tessaly::telephony::open(); !opened.isOk()) {
+        fail(QString::fromUtf16(opened.getErrorMessage()));
+        return 1;
+    }
+    if (options->demo) {
+        GSM::Result seedError;
+        switch (tessaly::host::seedDemoData(tessaly::Clock::current().localNow(), &seedError)) {
+        case tessaly::host::DemoSeeding::Seeded:
+            break;
+        case tessaly::host::DemoSeeding::AlreadyHadData:
+            std::fprintf(stderr, "tessaly-phone: the data directory already holds data; "
+                                 "no demo data added\n");
+            break;
+        case tessaly::host::DemoSeeding::Failed:
+            fail(QStringLiteral("demo data: %1")
+                     .arg(QString::fromUtf16(seedError.getErrorMessage())));
+            break;
+        }
+    }
 
-    QWidget phone;
-    phone.setWindowTitle(QStringLiteral("Tessaly"));
-    phone.setFixedSize(240, 320);
-    auto* layout = new QVBoxLayout(&phone);
-    auto* title = new QLabel(QStringLiteral("Tessaly"), &phone);
-    title->setAlignment(Qt::AlignCenter);
-    layout->addWidget(title);
-    layout->addStretch();
-    auto* messages = new QPushButton(QStringLiteral("Messages"), &phone);
-    layout->addWidget(messages);
-    layout->addStretch();
-    phone.show();
-    return app.exec();
+    int status = 0;
+    {
+        tessaly::host::PhoneWindow phone;
+        tessaly::host::HostSession session(&phone);
+        if (!session.start(tessaly::host::defaultModulePath(), &error)) {
+            fail(error);
+            if (options->screenshotPath.isEmpty())
+                QMessageBox::critical(nullptr, QStringLiteral("Tessaly phone"), error);
+            tessaly::telephony::close();
+            return 1;
+        }
+        phone.show();
+
+        if (!options->screenshotPath.isEmpty()) {
+            QTimer::singleShot(600, &app, [&] {
+                if (!tessaly::host::grabPhone(phone).save(options->screenshotPath)) {
+                    fail(QStringLiteral("cannot write %1").arg(options->screenshotPath));
+                    QApplication::exit(1);
+                    return;
+                }
+                QApplication::quit();
+            });
+        }
+        status = app.exec();
+        session.stop();
+    }
+    tessaly::telephony::close();
+    return status;
 }

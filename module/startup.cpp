@@ -1,0 +1,23 @@
+#include "module/startup.h"
+
+#include "framework/registry/profile.h"
+#include "module/module_language.h"
+#include "module/module_state.h"
+#include "templates/factory_defaults.h"
+
+namespace tessaly::sms {
+
+void startModule(FactorySeeding seedFactoryData) {
+    profile::setRegistryKey(QStringLiteral("Halvern\\Tessaly"));
+    profile::setProfileName(QStringLiteral("SMS"));
+    moduleContext().resources = &systemLanguageResources();
+    const ModuleScope scope;
+    if (seedFactoryData)
+        seedFactoryData();
+}
+
+void startModule() {
+    startModule(&seedFactoryDefaults);
+}
+
+} // namespace tessaly::sms

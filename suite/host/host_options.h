@@ -1,0 +1,24 @@
+#pragma once
+
+// The command line of tessaly-phone.
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace tessaly::host {
+
+struct HostOptions {
+    QString dataDirectory;  // empty: the default data directory
+    bool demo = false;      // seed demo data into an empty data directory
+    QString screenshotPath; // grab the screen once started, save it there and quit
+    bool help = false;
+};
+
+// Parses the arguments (the first one is the program). Returns nothing and sets `error` to a
+// message for the person when they do not parse.
+std::optional<HostOptions> parseHostArguments(const QStringList& arguments, QString* error);
+QString hostUsage();
+
+} // namespace tessaly::host

@@ -1,0 +1,41 @@
+#include "suite/host/host_options.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using tessaly::host::parseHostArguments;
+
+TEST(HostOptions, ArgumentsParseOrSayWhatIsWrong) {
+    const struct {
+        QStringList arguments;
+        bool ok;
+        QString dataDirectory;
+        bool demo;
+        QString screenshot;
+    } cases[] = {
+        {{}, true, {}, false, {}},
+        {{"--demo"}, true, {}, true, {}},
+        {{"--data-dir", "/tmp/phone"}, true, "/tmp/phone", false, {}},
+        {{"--data-dir=/tmp/p", "--demo", "--screenshot", "s.png"}, true, "/tmp/p", true, "s.png"},
+        {{"--data-dir"}, false, {}, false, {}},
+        {{"--data-dir="}, false, {}, false, {}},
+        {{"--colour"}, false, {}, false, {}},
+        {{"extra"}, false, {}, false, {}},
+    };
+    for (const auto& c : cases) {
+        QString error;
+        const auto options =
+            parseHostArguments(QStringList{QStringLiteral("tessaly-phone")} + c.arguments, &error);
+        ASSERT_EQ(options.has_value(), c.ok) << c.arguments.join(u' ').toStdString();
+        if (!c.ok) {
+            EXPECT_FALSE(error.isEmpty()) << c.arguments.join(u' ').toStdString();
+            continue;
+        }
+        EXPECT_EQ(options->dataDirectory, c.dataDirectory);
+        EXPECT_EQ(options->demo, c.demo);
+        EXPECT_EQ(options->screenshotPath, c.screenshot);
+    }
+}
+
+} // namespace
