@@ -15,8 +15,10 @@
 #include "settings/sms_settings.h"
 #include "util/date_time_text.h"
 
+#include <QHeaderView>
 #include <QPainter>
 #include <QPainterPath>
+#include <QScrollBar>
 
 namespace tessaly::sms {
 
@@ -24,6 +26,8 @@ namespace {
 
 constexpr int kLargestQuietFolderSize = 1000;
 constexpr int kLabelMargin = 4;
+// Rows filled beyond the page in view, so that scrolling a little finds them ready.
+constexpr int kRowsFilledAhead = 16;
 const QColor kLabelStripColor(0xdd, 0xe6, 0xf3);
 const QColor kLabelTextColor(0x10, 0x3e, 0x8c);
 
@@ -96,6 +100,8 @@ bool MainSmsWindow::onInitDialog() {
         list->setImageList(statusImages());
         list->setSingleSelection(true);
         list->setExtendedStyle(LVS_EX_FULLROWSELECT);
+        QObject::connect(list->verticalScrollBar(), &QScrollBar::valueChanged, list,
+                         [this] { fillRowsInView(); });
     }
     // The ticker line belongs to the cell broadcast lists; it stays hidden until they exist.
     showItem(IDC_MAIN_TICKER, false);
@@ -158,11 +164,39 @@ void MainSmsWindow::fillList(int rowToSelect) {
         UserAgent::current().messageBox(window(), sizeWarningText(listFolder_), boxCaption(),
                                         MB_OK | MB_ICONINFORMATION);
     }
-    const bool inOrder = ascending();
+    // Every row exists at once; its cells are filled when it first comes into view, so that a
+    // large folder opens as fast as a small one.
     list->setRowCount(count);
-    for (int row = 0; row < count; ++row) {
-        // A row for every position, so that row and container position always correspond.
-        GSM::Message* message = container_->get(inOrder ? row : count - 1 - row);
+    rowFilled_.assign(std::size_t(count), false);
+    if (rowToSelect >= 0 && rowToSelect < count) {
+        list->setItemSelected(rowToSelect, true);
+        list->ensureVisible(rowToSelect);
+    }
+    fillRowsInView();
+    list->setUpdatesEnabled(true);
+}
+
+GSM::Message* MainSmsWindow::messageAtRow(int row) const {
+    const int count = int(rowFilled_.size());
+    if (!container_ || row < 0 || row >= count)
+        return nullptr;
+    return container_->get(ascending() ? row : count - 1 - row);
+}
+
+void MainSmsWindow::fillRowsInView() {
+    ListView* list = messageList();
+    const int count = int(rowFilled_.size());
+    if (!list || count == 0)
+        return;
+    const int rowHeight = std::max(1, list->verticalHeader()->defaultSectionSize());
+    const int first = std::max(0, list->rowAt(0));
+    const int pageRows = std::max(list->viewport()->height(), kClientHeight) / rowHeight + 1;
+    const int last = std::min(count - 1, first + pageRows + kRowsFilledAhead);
+    for (int row = std::max(0, first - kRowsFilledAhead); row <= last; ++row) {
+        if (rowFilled_[std::size_t(row)])
+            continue;
+        rowFilled_[std::size_t(row)] = true;
+        GSM::Message* message = messageAtRow(row);
         if (!message)
             continue;
         list->setItemData(row, LPARAM(message->getId()));
@@ -171,11 +205,6 @@ void MainSmsWindow::fillList(int rowToSelect) {
         list->setItemText(row, 2, oneLineText(fromWide(message->getText())));
         list->setItemText(row, 3, FormatListDate(message->date(), false));
     }
-    if (rowToSelect >= 0 && rowToSelect < count) {
-        list->setItemSelected(rowToSelect, true);
-        list->ensureVisible(rowToSelect);
-    }
-    list->setUpdatesEnabled(true);
 }
 
 void MainSmsWindow::sortBy(int key) {
@@ -293,10 +322,7 @@ void MainSmsWindow::onCommand(int id) {
 
 GSM::Message* MainSmsWindow::selectedMessage() const {
     const ListView* list = messageList();
-    const int row = list ? list->selectedRow() : -1;
-    if (row < 0)
-        return nullptr;
-    return GSM::sms.getMessage(long(list->getItemData(row)));
+    return list ? messageAtRow(list->selectedRow()) : nullptr;
 }
 
 void MainSmsWindow::runRowCommand(int command) {
@@ -315,7 +341,7 @@ void MainSmsWindow::runRowCommand(int command) {
     case IDM_INBOX_CALL:
     case IDM_OUTBOX_CALL:
         // The row shows a name where there is one; the call goes to the number behind it.
-        if (!messageList()->itemText(messageList()->selectedRow(), 1).isEmpty())
+        if (!contactColumnText(firstContact(*message)).isEmpty())
             callNumber(contactNumber(firstContact(*message)));
         break;
     case IDM_INBOX_VIEW:
@@ -357,11 +383,7 @@ void MainSmsWindow::viewMessage(long messageId) {
 }
 
 void MainSmsWindow::openRow(int row) {
-    ListView* list = messageList();
-    if (!container_ || row < 0 || row >= list->itemCount())
-        return;
-    const int position = ascending() ? row : list->itemCount() - row - 1;
-    GSM::Message* message = container_->get(position);
+    GSM::Message* message = messageAtRow(row);
     if (!message)
         return;
     viewMessage(message->getId());
@@ -459,6 +481,7 @@ void MainSmsWindow::layoutControls() {
     const QRect listArea(0, strip + 1, client.width(), listBottom - strip - 1);
     moveItem(IDC_MAIN_LIST, listArea);
     moveItem(IDC_MAIN_CB_LIST, listArea);
+    fillRowsInView();
     if (QWidget* area = clientArea())
         area->update(0, 0, client.width(), strip + 1);
 }

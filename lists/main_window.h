@@ -10,6 +10,8 @@
 #include "framework/ui/dialog.h"
 #include "module/telephony/gsm.h"
 
+#include <vector>
+
 namespace tessaly::sms {
 
 class ListsEnvironment;
@@ -56,6 +58,10 @@ private:
     void insertColumns();
     // Builds the rows afresh and selects rowToSelect when it still exists (-1: none).
     void fillList(int rowToSelect);
+    // Fills the cells of the rows in view (and a few beyond) that are still empty.
+    void fillRowsInView();
+    // The message a row shows: rows stand for container positions, reversed when descending.
+    GSM::Message* messageAtRow(int row) const;
     void sortBy(int key);
     void setAscending(bool ascending);
     void showFolderMenu();
@@ -73,6 +79,7 @@ private:
     bool listShown_ = false;
     int listFolder_ = -1;
     GSM::MessageContainer* container_ = nullptr;
+    std::vector<bool> rowFilled_;
     bool warnAboutSize_ = true;
 };
 

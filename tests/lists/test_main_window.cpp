@@ -355,6 +355,28 @@ TEST_F(MainWindowTest, CopyToPhonebookAsksWhenTheNumberIsStoredAlready) {
     }
 }
 
+TEST_F(MainWindowTest, RowsOfALongListAreFilledWhenScrolledToAndOpenTheirMessage) {
+    std::vector<simulator::StoredMessage> messages;
+    for (int day = 1; day <= 28; ++day)
+        for (int hour = 0; hour < 12; ++hour)
+            messages.push_back(
+                message(0, GSM::Message::Read, u"0172222",
+                        QStringLiteral("day %1 hour %2").arg(day).arg(hour).toStdU16String(),
+                        at(2024, 4, day, hour, 0)));
+    store(messages);
+    MainSmsWindow* main = openMain();
+    tessaly::ListView* list = main->listView(IDC_MAIN_LIST);
+    ASSERT_EQ(list->itemCount(), 336);
+    list->scrollToBottom();
+    const int last = list->itemCount() - 1;
+    EXPECT_EQ(list->itemText(last, 2), QStringLiteral("day 1 hour 0"));
+    EXPECT_EQ(list->itemText(last, 3), QStringLiteral("04-01"));
+    QString shown;
+    user.runModal([&](Dialog& view) { shown = view.itemText(IDC_VIEW_TEXT); });
+    ASSERT_TRUE(testkit::select(*main, IDC_MAIN_LIST, last, 2));
+    EXPECT_EQ(shown, QStringLiteral("day 1 hour 0"));
+}
+
 TEST_F(MainWindowTest, StoreChangesRebuildTheListShown) {
     storeThreeInbox();
     MainSmsWindow* main = openMain();
