@@ -47,7 +47,12 @@
 #define IDD_ADD_CHANNEL 12044
 #define IDD_CB_MESSAGE_VIEW 12045
 
-// ---- Controls of the main window, the message view and the Delete Messages window ------------
+// ---- Controls ----------------------------------------------------------------------------------
+// "DateTime Picker" (IDD_DATETIME_PICKER)
+#define IDC_DATETIME_DATE 10002  // date picker, shown for every variable but Time
+#define IDC_DATETIME_TIME 10003  // time picker, hidden until the variable is Time
+#define IDC_DATETIME_GROUP 12003 // group box "Choose Date" around both pickers
+// Main window (IDD_MAIN), message view (IDD_MESSAGE_VIEW), Delete Messages (IDD_DELETE_MESSAGES)
 #define IDC_MAIN_LIST 10032          // Inbox and Outbox list
 #define IDC_MAIN_FOLDER 10015        // folder label (tap: folder menu)
 #define IDC_MAIN_SORT 10059          // sort label (tap: sort menu)

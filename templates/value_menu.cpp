@@ -159,39 +159,43 @@ EditText replaceMarkedValue(const QString& text, const MarkedValue& target,
     return result;
 }
 
-std::optional<EditText> runValueMenu(QWidget* owner, QPoint tapPoint, const QString& text,
-                                     int caret, ValueMenuContext context,
-                                     const ValueMenuPickers& pickers,
-                                     std::optional<RecipientInfo>& pickedContact) {
+ValueMenuOutcome runValueMenu(QWidget* owner, QPoint tapPoint, const QString& text, int caret,
+                              ValueMenuContext context, const DateTimePickerRun& pickDateTime,
+                              const std::optional<RecipientInfo>& pickedContact) {
+    ValueMenuOutcome outcome;
     const std::optional<ValueMenu> menu = buildValueMenu(text, caret, context);
     if (!menu)
-        return std::nullopt;
+        return outcome;
     const int command = UserAgent::current().trackPopupMenu(owner, menu->popup, tapPoint);
     if (command == 0)
-        return std::nullopt;
+        return outcome;
 
+    if (command == ValueMenu::kChooseFromPhonebookCommand) {
+        outcome.awaitingContact = menu;
+        return outcome;
+    }
     QString replacement;
     if (command == ValueMenu::kChooseDateTimeCommand) {
         const std::optional<QString> picked =
-            pickers.pickDateTime ? pickers.pickDateTime(menu->variable) : std::nullopt;
+            pickDateTime ? pickDateTime(menu->variable) : std::nullopt;
         if (!picked)
-            return std::nullopt;
+            return outcome;
         replacement = u'[' + menu->variable + placeholderColon() + *picked + u']';
-    } else if (command == ValueMenu::kChooseFromPhonebookCommand) {
-        std::optional<RecipientInfo> contact =
-            pickers.pickContact ? pickers.pickContact() : std::nullopt;
-        if (!contact)
-            return std::nullopt;
-        pickedContact = std::move(contact);
-        // The contact fills the field the placeholder already names.
-        replacement = valueMenuReplacement(*menu, menu->target.value, context, pickedContact);
     } else {
         const QString choice = menu->valueOfCommand(command);
         if (choice.isNull())
-            return std::nullopt;
+            return outcome;
         replacement = valueMenuReplacement(*menu, choice, context, pickedContact);
     }
-    return replaceMarkedValue(text, menu->target, replacement);
+    outcome.edit = replaceMarkedValue(text, menu->target, replacement);
+    return outcome;
+}
+
+EditText fillPickedContact(const QString& text, const ValueMenu& menu, ValueMenuContext context,
+                           const RecipientInfo& contact) {
+    // The contact fills the field the placeholder already names.
+    return replaceMarkedValue(text, menu.target,
+                              valueMenuReplacement(menu, menu.target.value, context, contact));
 }
 
 } // namespace tessaly::sms

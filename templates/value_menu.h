@@ -77,20 +77,28 @@ QString valueMenuReplacement(const ValueMenu& menu, const QString& choice, Value
 EditText replaceMarkedValue(const QString& text, const MarkedValue& target,
                             const QString& replacement);
 
-// The pickers behind "Choose..." and "Choose from Phonebook". Each returns nullopt when the
-// person cancelled (or the phone book is not available).
-struct ValueMenuPickers {
-    // Opens the "DateTime Picker" titled with the variable's name; returns its text.
-    std::function<std::optional<QString>(const QString& variable)> pickDateTime;
-    std::function<std::optional<RecipientInfo>()> pickContact;
+// Runs the "DateTime Picker" titled with the variable's name; its text, or nullopt when the
+// person cancelled.
+using DateTimePickerRun = std::function<std::optional<QString>(const QString& variable)>;
+
+// What a tap and hold came to. The phone book answers "Choose from Phonebook" only after the
+// menu is gone, so that choice leaves the menu waiting for the contact.
+struct ValueMenuOutcome {
+    std::optional<EditText> edit; // the new text and caret; empty when nothing changes now
+    std::optional<ValueMenu> awaitingContact;
 };
 
-// The whole tap-and-hold: builds the menu, tracks it at `tapPoint` through the UserAgent, runs a
-// picker when asked and returns the new text and caret; nullopt when nothing changes. A contact
-// picked from the phone book is stored in `pickedContact`.
-std::optional<EditText> runValueMenu(QWidget* owner, QPoint tapPoint, const QString& text,
-                                     int caret, ValueMenuContext context,
-                                     const ValueMenuPickers& pickers,
-                                     std::optional<RecipientInfo>& pickedContact);
+// The whole tap-and-hold up to the phone book: builds the menu, tracks it at `tapPoint` through
+// the UserAgent, runs the date or time picker when asked (a missing picker counts as
+// cancelled) and returns the new text and caret. `pickedContact` is the contact chosen earlier
+// for this edit control.
+ValueMenuOutcome runValueMenu(QWidget* owner, QPoint tapPoint, const QString& text, int caret,
+                              ValueMenuContext context, const DateTimePickerRun& pickDateTime,
+                              const std::optional<RecipientInfo>& pickedContact);
+
+// The text once the contact asked for by `menu` has been picked: the tapped placeholder holds
+// the field it names, the caret right after it.
+EditText fillPickedContact(const QString& text, const ValueMenu& menu, ValueMenuContext context,
+                           const RecipientInfo& contact);
 
 } // namespace tessaly::sms

@@ -228,6 +228,8 @@ Edit::Edit(bool multiLine, QWidget* parent)
     }
     inner->setFont(smallFont());
     inner->installEventFilter(this);
+    inner->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(inner, &QWidget::customContextMenuRequested, this, &Edit::contextMenuRequested);
     layout->addWidget(inner);
     setFocusProxy(inner);
 }
@@ -251,6 +253,19 @@ QString Edit::text() const {
     QString result = plain_->toPlainText();
     result.replace(QChar(u'\n'), QStringLiteral("\r\n"));
     return result;
+}
+
+void Edit::contextMenuRequested(QPoint editorPos) {
+    // A multi-line editor reports the point in its viewport, a line editor in itself.
+    QPoint globalPos;
+    if (plain_) {
+        plain_->setTextCursor(plain_->cursorForPosition(editorPos));
+        globalPos = plain_->viewport()->mapToGlobal(editorPos);
+    } else {
+        line_->setCursorPosition(line_->cursorPositionAt(editorPos));
+        globalPos = line_->mapToGlobal(editorPos);
+    }
+    emit tapAndHold(globalPos);
 }
 
 int Edit::toEditorPos(int pos) const {

@@ -204,11 +204,16 @@ signals:
     void textChanged();
     void focusGained();
     void focusLost();
+    // The stylus held on the field (the platform's context-menu gesture). A tap puts the caret
+    // where it lands first, so the caret is there when this arrives; the editor's own context
+    // menu is never shown.
+    void tapAndHold(QPoint globalPos);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void contextMenuRequested(QPoint editorPos);
     int toEditorPos(int pos) const;
     int fromEditorPos(int pos) const;
 

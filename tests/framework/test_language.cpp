@@ -1,4 +1,5 @@
 #include "framework/resources/language.h"
+#include "tests/testkit/qstring_printer.h"
 
 #include <QDir>
 #include <QFile>
@@ -7,11 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <ostream>
-
-// Readable QString values in failure messages.
-inline void PrintTo(const QString& text, std::ostream* out) {
-    *out << '"' << text.toStdString() << '"';
-}
 
 namespace {
 

@@ -1,14 +1,10 @@
 #include "resources/resource.h"
 #include "resources/sms_resources.h"
+#include "tests/testkit/qstring_printer.h"
 
 #include <gtest/gtest.h>
 
 #include <ostream>
-
-// Readable QString values in failure messages.
-inline void PrintTo(const QString& text, std::ostream* out) {
-    *out << '"' << text.toStdString() << '"';
-}
 
 #include <set>
 

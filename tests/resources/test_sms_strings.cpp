@@ -3,15 +3,11 @@
 
 #include "framework/resources/module_state.h"
 #include "framework/resources/resources.h"
+#include "tests/testkit/qstring_printer.h"
 
 #include <gtest/gtest.h>
 
 #include <ostream>
-
-// Readable QString values in failure messages.
-inline void PrintTo(const QString& text, std::ostream* out) {
-    *out << '"' << text.toStdString() << '"';
-}
 
 namespace {
 

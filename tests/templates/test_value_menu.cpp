@@ -11,7 +11,6 @@ using tessaly::sms::MarkedValue;
 using tessaly::sms::RecipientInfo;
 using tessaly::sms::ValueMenu;
 using tessaly::sms::ValueMenuContext;
-using tessaly::sms::ValueMenuPickers;
 
 constexpr auto kComposer = ValueMenuContext::Composer;
 constexpr auto kEditor = ValueMenuContext::TemplateEditor;
@@ -99,8 +98,9 @@ TEST_F(ValueMenuTest, MenusOfferTheVariablesValues) {
         EXPECT_EQ(menu->variable, QString::fromLatin1(c.variable));
         EXPECT_TRUE(menu->popup.isPopup);
         EXPECT_EQ(menu->popup.text, QStringLiteral("Variable Names"));
-        if (!c.items.isEmpty())
+        if (!c.items.isEmpty()) {
             EXPECT_EQ(itemTexts(menu->popup), c.items);
+        }
     }
     const auto time = tessaly::sms::buildValueMenu(QStringLiteral("[Time:Now]"), 2, kComposer);
     EXPECT_EQ(itemTexts(time->popup).size(), 10);
@@ -142,55 +142,51 @@ TEST_F(ValueMenuTest, ReplacementsForAChoice) {
 
 TEST_F(ValueMenuTest, TheWholeTapAndHold) {
     QStringList dateTimeTitles;
-    int contactPicks = 0;
     std::optional<QString> dateTimeAnswer;
-    std::optional<RecipientInfo> contactAnswer;
-    const ValueMenuPickers pickers{
-        [&](const QString& variable) {
-            dateTimeTitles.append(variable);
-            return dateTimeAnswer;
-        },
-        [&]() {
-            ++contactPicks;
-            return contactAnswer;
-        },
+    const tessaly::sms::DateTimePickerRun pickDateTime = [&](const QString& variable) {
+        dateTimeTitles.append(variable);
+        return dateTimeAnswer;
     };
     std::optional<RecipientInfo> pickedContact;
     const auto tap = [&](const char* text, int caret, int command) {
         person.menuAnswers = {command};
         return tessaly::sms::runValueMenu(nullptr, {}, QString::fromLatin1(text), caret, kComposer,
-                                          pickers, pickedContact);
+                                          pickDateTime, pickedContact);
+    };
+    const auto edited = [&](const char* text, int caret, int command) {
+        const tessaly::sms::ValueMenuOutcome outcome = tap(text, caret, command);
+        EXPECT_FALSE(outcome.awaitingContact.has_value());
+        return outcome.edit;
     };
 
-    EXPECT_EQ(tap("Dear <Hello> you", 7, 3), (EditText{"Dear <Hi> you", 9}));
-    EXPECT_EQ(tap("Dear <Hello> you", 7, 0), std::nullopt);
-    EXPECT_EQ(tap("Dear <Hello> you", 7, 77), std::nullopt);
+    EXPECT_EQ(edited("Dear <Hello> you", 7, 3), (EditText{"Dear <Hi> you", 9}));
+    EXPECT_EQ(edited("Dear <Hello> you", 7, 0), std::nullopt);
+    EXPECT_EQ(edited("Dear <Hello> you", 7, 77), std::nullopt);
 
     dateTimeAnswer = QStringLiteral("14:05 ");
-    EXPECT_EQ(tap("At [Time:Now].", 6, ValueMenu::kChooseDateTimeCommand),
+    EXPECT_EQ(edited("At [Time:Now].", 6, ValueMenu::kChooseDateTimeCommand),
               (EditText{"At [Time:14:05 ].", 16}));
     dateTimeAnswer.reset();
-    EXPECT_EQ(tap("At [Time:Now].", 6, ValueMenu::kChooseDateTimeCommand), std::nullopt);
+    EXPECT_EQ(edited("At [Time:Now].", 6, ValueMenu::kChooseDateTimeCommand), std::nullopt);
     EXPECT_EQ(dateTimeTitles, (QStringList{"Time", "Time"}));
-
-    // Cancelled picker (or no phone book): nothing changes, no contact is kept.
-    EXPECT_EQ(tap("[Contact:Name and Phone] called", 3, ValueMenu::kChooseFromPhonebookCommand),
+    person.menuAnswers = {ValueMenu::kChooseDateTimeCommand};
+    EXPECT_EQ(tessaly::sms::runValueMenu(nullptr, {}, QStringLiteral("[Date:today]"), 3, kComposer,
+                                         {}, pickedContact)
+                  .edit,
               std::nullopt);
-    EXPECT_FALSE(pickedContact.has_value());
-    // A picked contact fills the field the placeholder names, and later choices use it.
-    contactAnswer = kBob;
-    EXPECT_EQ(tap("[Contact:Name and Phone] called", 3, ValueMenu::kChooseFromPhonebookCommand),
+
+    // The phone book answers later: the menu waits, and the contact then fills the field the
+    // placeholder names; later choices name fields of that contact.
+    const QString called = QStringLiteral("[Contact:Name and Phone] called");
+    const auto waiting =
+        tap("[Contact:Name and Phone] called", 3, ValueMenu::kChooseFromPhonebookCommand);
+    EXPECT_FALSE(waiting.edit.has_value());
+    ASSERT_TRUE(waiting.awaitingContact.has_value());
+    EXPECT_EQ(tessaly::sms::fillPickedContact(called, *waiting.awaitingContact, kComposer, kBob),
               (EditText{"[Contact:Bob Marsh,+111] called", 24}));
-    EXPECT_EQ(pickedContact, std::optional(kBob));
-    EXPECT_EQ(tap("[Contact:Bob Marsh,+111] called", 3, 6),
+    pickedContact = kBob;
+    EXPECT_EQ(edited("[Contact:Bob Marsh,+111] called", 3, 6),
               (EditText{"[Contact:+111] called", 14}));
-    EXPECT_EQ(contactPicks, 2);
-
-    // No phone book at all.
-    person.menuAnswers = {ValueMenu::kChooseFromPhonebookCommand};
-    EXPECT_EQ(tessaly::sms::runValueMenu(nullptr, {}, QStringLiteral("[Contact:Phone]"), 3,
-                                         kComposer, ValueMenuPickers{}, pickedContact),
-              std::nullopt);
 }
 
 } // namespace

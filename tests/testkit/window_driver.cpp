@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QLayout>
 #include <QMouseEvent>
+#include <QPlainTextEdit>
 #include <QtTest/QTest>
 
 namespace tessaly::testkit {
@@ -141,6 +142,31 @@ bool tapAndHold(Dialog& dialog, int listId, int row) {
     const QPoint pos(4, view->rowViewportPosition(row) + view->rowHeight(row) / 2);
     QContextMenuEvent event(QContextMenuEvent::Mouse, pos, view->viewport()->mapToGlobal(pos));
     QApplication::sendEvent(view->viewport(), &event);
+    return true;
+}
+
+bool tapAndHoldText(Dialog& dialog, int editId, int position) {
+    Edit* field = dialog.edit(editId);
+    if (!reachable(field) || position < 0 || position > field->textLength())
+        return false;
+    if (field->layout())
+        field->layout()->activate();
+    // Where the stylus lands: the caret's place at that position (the caret is put back, the
+    // edit itself moves it there when the hold begins).
+    const std::pair<int, int> selection = field->sel();
+    field->setCaretPos(position);
+    QWidget* target = nullptr;
+    QPoint pos;
+    if (auto* plain = qobject_cast<QPlainTextEdit*>(field->editor())) {
+        target = plain->viewport();
+        pos = plain->cursorRect().center();
+    } else {
+        target = field->editor();
+        pos = target->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+    }
+    field->setSel(selection.first, selection.second);
+    QContextMenuEvent event(QContextMenuEvent::Mouse, pos, target->mapToGlobal(pos));
+    QApplication::sendEvent(target, &event);
     return true;
 }
 

@@ -27,6 +27,9 @@ bool pressKey(Dialog& dialog, int id, Qt::Key key);
 // box). List view: a tap on the row (selects it and reports the click).
 bool select(Dialog& dialog, int id, int index, int column = 0);
 bool tapAndHold(Dialog& dialog, int listId, int row);
+// Edit: the stylus held at a character position (line breaks count two, as in the edit's
+// positions); the tap puts the caret there before the edit reports the hold.
+bool tapAndHoldText(Dialog& dialog, int editId, int position);
 bool columnClick(Dialog& dialog, int listId, int column);
 // Drags the divider right of a column until the column is width pixels wide.
 bool dragColumnDivider(Dialog& dialog, int listId, int column, int width);
