@@ -18,7 +18,8 @@ DeleteMessagesWindow::DeleteMessagesWindow(int folder)
 DeleteMessagesWindow* DeleteMessagesWindow::open(int folder) {
     auto* window = new DeleteMessagesWindow(folder);
     if (!window->create()) {
-        delete window;
+        if (Dialog::exists(window))
+            delete window;
         return nullptr;
     }
     window->showWindow(SW_SHOW);

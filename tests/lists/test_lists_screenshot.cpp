@@ -26,25 +26,16 @@ protected:
                                  {u"Markus", u"Steiner", u"+436502223344"}};
         for (const Person& person : people)
             ASSERT_TRUE(simulator::addContact(person.first, person.last, {person.number}).isOk());
-        store({
-            message(0, GSM::Message::Unread, u"+436641234567", u"Are we still on for tonight?",
-                    at(2024, 5, 17, 9, 41)),
-            message(0, GSM::Message::Unread, u"+436765551234",
-                    u"Train is late, about 20 minutes.\nSorry!", at(2024, 5, 17, 8, 12)),
-            message(0, GSM::Message::Read, u"+436609876543", u"Thanks for the photos :)",
-                    at(2024, 5, 16, 21, 3)),
-            message(0, GSM::Message::Replied, u"+436502223344", u"Meeting moved to 3 pm, room 2.14",
-                    at(2024, 5, 16, 14, 30)),
-            message(0, GSM::Message::Read, u"06991112223",
-                    u"Your parcel is waiting at the post office", at(2024, 5, 15, 11, 0)),
-            message(0, GSM::Message::Incomplete, u"+436641234567", u"Happy birthday! Hope you",
-                    at(2024, 5, 14, 7, 55)),
-            message(0, GSM::Message::Read, u"+436765551234", u"ok", at(2024, 5, 12, 18, 20)),
-            message(1, GSM::Message::Sent, u"+436641234567", u"Yes, 8 pm at the usual place",
-                    at(2024, 5, 17, 9, 45)),
-            message(1, GSM::Message::Failed, u"+436502223344", u"I will be there",
-                    at(2024, 5, 16, 14, 35)),
-        });
+        store({message(0, GSM::Message::Unread, u"+436641234567", u"Are we still on for tonight?",
+                       at(2024, 5, 17, 9, 41)),
+               message(0, GSM::Message::Read, u"+436765551234", u"Train is late.\nSorry!",
+                       at(2024, 5, 16, 21, 3)),
+               message(0, GSM::Message::Replied, u"+436609876543", u"Meeting moved to 3 pm",
+                       at(2024, 5, 16, 14, 30)),
+               message(0, GSM::Message::Incomplete, u"06991112223", u"Your parcel is waiting",
+                       at(2024, 5, 14, 7, 55)),
+               message(1, GSM::Message::Failed, u"+436502223344", u"I will be there",
+                       at(2024, 5, 16, 14, 35))});
     }
 };
 

@@ -2,7 +2,6 @@
 #include "lists/message_texts.h"
 
 #include "framework/resources/resources.h"
-#include "resources/resource.h"
 #include "resources/sms_resources.h"
 #include "suite/telephony/simulator.h"
 #include "suite/telephony/telephony.h"
@@ -20,7 +19,6 @@ TEST(OneLineText, EveryKindOfLineBreakBecomesOneBullet) {
         const char16_t* shown;
     } cases[] = {
         {u"a\r\nb\rc\nd", u"a\u2022b\u2022c\u2022d"},
-        {u"\r\n\r\n", u"\u2022\u2022"},
         {u"\n\r", u"\u2022\u2022"}, // LF then CR is two breaks, not one
         {u"\r\r\n", u"\u2022\u2022"},
         {u"no breaks", u"no breaks"},
@@ -29,28 +27,6 @@ TEST(OneLineText, EveryKindOfLineBreakBecomesOneBullet) {
     for (const auto& c : cases)
         EXPECT_EQ(oneLineText(QString::fromUtf16(c.text)), QString::fromUtf16(c.shown))
             << QString::fromUtf16(c.text).toStdString();
-}
-
-TEST(StatusImage, ReadAndSentShareAnImageFailedAndIncompleteHaveTheirOwn) {
-    const int expected[] = {0, 2, 0, 1, 0, 0, 0, 0, 1, 3}; // statuses 0..9
-    for (int status = 0; status < 10; ++status)
-        EXPECT_EQ(statusImageIndex(status), expected[status]) << status;
-    EXPECT_EQ(statusImageIndex(-1), 0);
-    EXPECT_EQ(statusImageIndex(42), 0);
-}
-
-TEST(StatusAndValidityTexts, UnknownValuesHaveTheirOwnWord) {
-    EXPECT_EQ(statusTextId(6), IDS_STATUS_NOT_SENT);
-    EXPECT_EQ(statusTextId(9), IDS_STATUS_FAILED);
-    EXPECT_EQ(statusTextId(10), IDS_STATUS_UNKNOWN);
-    EXPECT_EQ(statusTextId(-1), IDS_STATUS_UNKNOWN);
-    const std::pair<int, int> validities[] = {
-        {11, IDS_VALIDITY_1_HOUR},  {71, IDS_VALIDITY_6_HOURS},  {167, IDS_VALIDITY_1_DAY},
-        {175, IDS_VALIDITY_1_WEEK}, {255, IDS_VALIDITY_MAXIMUM}, {173, IDS_VALIDITY_UNKNOWN},
-        {0, IDS_VALIDITY_UNKNOWN},
-    };
-    for (const auto& [validity, id] : validities)
-        EXPECT_EQ(validityTextId(validity), id) << validity;
 }
 
 TEST(ListSortTable, SetterAndGettersGuardTheirRanges) {
@@ -124,26 +100,6 @@ TEST_F(TextsFromTheStore, RecipientsBreakTheLineOnlyBeforeNamedOnes) {
         EXPECT_EQ(shown.count, c.count);
     }
     EXPECT_EQ(recipientsText(nullptr).count, 0);
-}
-
-TEST_F(TextsFromTheStore, ContactColumnShowsTheFilingNameElseTheNumber) {
-    GSM::Message* message = storedOutbox({u"+4917011111", u"0172222", u"+4917044444"});
-    ASSERT_NE(message, nullptr);
-    GSM::Folder* recipients = message->getContacts();
-    EXPECT_EQ(contactColumnText(recipients->get(0)), QStringLiteral("Anne Ames"));
-    EXPECT_EQ(contactColumnText(recipients->get(1)), QStringLiteral("0172222"));
-    EXPECT_EQ(contactColumnText(recipients->get(2)), QStringLiteral("Acme"));
-    EXPECT_EQ(contactColumnText(nullptr), QString());
-}
-
-TEST_F(TextsFromTheStore, SizeWarningNamesTheFolder) {
-    EXPECT_EQ(sizeWarningText(0),
-              QStringLiteral(
-                  "The Inbox contains more than 1,000 entries. You should delete some entries."));
-    EXPECT_EQ(sizeWarningText(1),
-              QStringLiteral(
-                  "The Outbox contains more than 1,000 entries. You should delete some entries."));
-    EXPECT_EQ(labelText(IDS_VALIDITY), QStringLiteral("Validity:"));
 }
 
 } // namespace

@@ -127,17 +127,4 @@ TEST_F(MessageViewTest, Commands) {
     EXPECT_TRUE(errors.empty());
 }
 
-TEST_F(MessageViewTest, CopyToPhonebookFromTheViewAsksForAKnownNumber) {
-    ASSERT_TRUE(simulator::addContact(u"Anne", u"Ames", {u"+4917011111"}).isOk());
-    ASSERT_TRUE(simulator::receiveMessage(u"+4917011111", u"hi").isOk());
-    settle();
-    runView(idsByDate(0).front(), 0, [this](MessageView& view) {
-        user.answerBox(IDYES).answerBox(IDOK);
-        ASSERT_TRUE(testkit::chooseCommand(view, IDM_VIEW_COPY_TO_PHONEBOOK));
-    });
-    ASSERT_EQ(user.boxes().size(), 2u);
-    EXPECT_EQ(user.boxes()[0].buttons(), MB_YESNO);
-    EXPECT_EQ(GSM::PhoneBook::getFolder(GSM::PhoneBook::FolderContacts)->size(), 2);
-}
-
 } // namespace
