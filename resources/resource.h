@@ -52,6 +52,35 @@
 #define IDC_DATETIME_DATE 10002  // date picker, shown for every variable but Time
 #define IDC_DATETIME_TIME 10003  // time picker, hidden until the variable is Time
 #define IDC_DATETIME_GROUP 12003 // group box "Choose Date" around both pickers
+// Main window (IDD_MAIN), message view (IDD_MESSAGE_VIEW), Delete Messages (IDD_DELETE_MESSAGES)
+#define IDC_MAIN_LIST 10032          // Inbox and Outbox list
+#define IDC_MAIN_FOLDER 10015        // folder label (tap: folder menu)
+#define IDC_MAIN_SORT 10059          // sort label (tap: sort menu)
+#define IDC_MAIN_CB_LIST 10033       // cell broadcast list
+#define IDC_MAIN_TICKER 12066        // ticker line
+#define IDC_VIEW_TITLE 10062
+#define IDC_VIEW_DOWN 10005          // shows the detail lines
+#define IDC_VIEW_UP 10082            // hides them
+#define IDC_VIEW_TEXT 10008
+#define IDC_VIEW_FROM_LABEL 12011
+#define IDC_VIEW_NAME 12023
+#define IDC_VIEW_NUMBER 12024
+#define IDC_VIEW_DATE_LABEL 10001
+#define IDC_VIEW_DATE 12025
+#define IDC_VIEW_STATUS_LABEL 10002
+#define IDC_VIEW_VALIDITY_LABEL 10003
+#define IDC_VIEW_SCA_LABEL 10004
+#define IDC_VIEW_REPLY_LABEL 10006
+#define IDC_VIEW_STATUS 12026
+#define IDC_VIEW_VALIDITY 12027
+#define IDC_VIEW_SCA 12028
+#define IDC_VIEW_REPLY 12029
+#define IDC_VIEW_RECIPIENTS 12030
+#define IDC_DELETE_ALL 10048
+#define IDC_DELETE_OLDER 10049
+#define IDC_DELETE_DAYS 10013
+#define IDC_DELETE_DAYS_SPIN 10061
+#define IDC_DELETE_DAYS_UNIT 12010
 
 // ---- Commands ----------------------------------------------------------------------------------
 // Main window menu bar
@@ -235,6 +264,8 @@
 #define IDS_HEADER_SENDING 10338
 #define IDS_HEADER_DATABASE 10339
 #define IDS_HEADER_MESSAGE 10340
+// Header of the message lists' text column
+#define IDS_COLUMN_TEXT 10341
 
 // Factory variables: one line each, walked from FIRST to LAST; the run closes with "END:" lines
 #define IDS_FACTORY_VARIABLES_FIRST 11000

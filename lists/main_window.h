@@ -1,0 +1,86 @@
+#pragma once
+
+// The main SMS window: one folder at a time (Inbox or Outbox) as a list with status images,
+// contact, one-line text and date, the folder and sort labels with their menus, and the
+// per-message commands of the tap-and-hold menus. Modeless and full screen; it rebuilds its
+// list whenever the message store changes. The module owns it through its main-window pointer;
+// the window deletes itself when destroyed.
+
+#include "framework/resources/module_state.h"
+#include "framework/ui/dialog.h"
+#include "module/telephony/gsm.h"
+
+#include <vector>
+
+namespace tessaly::sms {
+
+class ListsEnvironment;
+
+class MainSmsWindow : public Dialog, public GSM::SmsEventHandler {
+public:
+    explicit MainSmsWindow(ListsEnvironment& environment);
+    ~MainSmsWindow() override;
+
+    // Creates the window on the folder shown last, shows it and makes it active; null when it
+    // could not be created.
+    static MainSmsWindow* open(ListsEnvironment& environment);
+
+    // 0 Inbox, 1 Outbox; -1 before the first folder is shown.
+    int currentFolder() const { return currentFolder_; }
+    // Shows a folder (0 or 1) and rebuilds its list; remembers it as the folder shown last.
+    void showFolder(int folder);
+    // Puts the folder's and the sort key's names into the labels and lays them out again.
+    void refreshLabels();
+
+    // The message store changed: the shown list is built again.
+    void eventMessagesChanged() override;
+
+protected:
+    bool onInitDialog() override;
+    void onCommand(int id) override;
+    void onOK() override;
+    void onCancel() override;
+    void onListClick(int id, int row, int column) override;
+    void onListColumnClick(int id, int column) override;
+    void onListKeyDown(int id, int virtualKey) override;
+    void onListTapAndHold(int id, int row, QPoint screenPos) override;
+    void onListColumnWidthChanged(int id, int column, int width) override;
+    void onActivate(bool active) override;
+    void onSize(int clientWidth, int clientHeight) override;
+    void onSettingChange(UINT flag) override;
+    bool onEraseBackground(QPainter& painter, const QRect& rect) override;
+    void onPostDestroy() override;
+
+private:
+    ListView* messageList() const;
+    int sortKey() const;
+    bool ascending() const;
+    void insertColumns();
+    // Builds the rows afresh and selects rowToSelect when it still exists (-1: none).
+    void fillList(int rowToSelect);
+    // Fills the cells of the rows in view (and a few beyond) that are still empty.
+    void fillRowsInView();
+    // The message a row shows: rows stand for container positions, reversed when descending.
+    GSM::Message* messageAtRow(int row) const;
+    void sortBy(int key);
+    void setAscending(bool ascending);
+    void showFolderMenu();
+    void showSortMenu();
+    void openRow(int row);
+    // Shows the message view; an Inbox message that was unread and not deleted there is read.
+    void viewMessage(long messageId);
+    void runRowCommand(int command);
+    GSM::Message* selectedMessage() const;
+    void layoutControls();
+
+    ListsEnvironment& environment_;
+    ModuleState moduleState_;
+    int currentFolder_ = -1;
+    bool listShown_ = false;
+    int listFolder_ = -1;
+    GSM::MessageContainer* container_ = nullptr;
+    std::vector<bool> rowFilled_;
+    bool warnAboutSize_ = true;
+};
+
+} // namespace tessaly::sms

@@ -1,0 +1,56 @@
+#pragma once
+
+// The message view: one stored message in full (sender or recipients, date, text, and on
+// request status, validity, service centre and reply path), with the commands of its menu bar.
+// Run modally; all message data are read once, when it is created. The caller reads
+// wasDeleted() afterwards, so that a message deleted here is not marked read.
+
+#include "framework/resources/module_state.h"
+#include "framework/ui/dialog.h"
+#include "lists/message_texts.h"
+#include "module/telephony/gsm.h"
+
+#include <QFont>
+
+namespace tessaly::sms {
+
+class MessageView : public Dialog {
+public:
+    // folder: 0 Inbox, 1 Outbox. An unknown id leaves every field at its template text.
+    MessageView(long messageId, int folder, Dialog* parent = nullptr);
+
+    bool wasDeleted() const { return deleted_; }
+    bool detailsShown() const;
+    int recipientCount() const { return recipients_.count; }
+
+protected:
+    bool onInitDialog() override;
+    void onCommand(int id) override;
+    bool onDrawItem(int id, QPainter& painter, const DrawItemState& state) override;
+    void onSize(int clientWidth, int clientHeight) override;
+
+private:
+    void fillFields();
+    void showDetails(bool show);
+    void layoutControls();
+    void deleteMessage();
+
+    long messageId_;
+    int folder_;
+    ModuleState moduleState_;
+    GSM::Message* message_ = nullptr;
+    QString serviceCentre_;
+    QString text_;
+    int validity_ = 0;
+    int status_ = 0;
+    bool deleted_ = false;
+    QString name_;
+    QString number_;
+    bool hasName_ = false;
+    bool replyPath_ = false;
+    QString dateText_;
+    RecipientsText recipients_;
+    QFont titleFont_;
+};
+
+} // namespace tessaly::sms
