@@ -28,8 +28,8 @@ constexpr int kLargestQuietFolderSize = 1000;
 constexpr int kLabelMargin = 4;
 // Rows filled beyond the page in view, so that scrolling a little finds them ready.
 constexpr int kRowsFilledAhead = 16;
-const QColor kLabelStripColor(0xdd, 0xe6, 0xf3);
-const QColor kLabelTextColor(0x10, 0x3e, 0x8c);
+constexpr QColor kLabelStripColor(0xdd, 0xe6, 0xf3);
+constexpr QColor kLabelTextColor(0x10, 0x3e, 0x8c);
 
 bool isMessageFolder(int folder) {
     return folder == kInboxFolder || folder == kOutboxFolder;

@@ -1,6 +1,10 @@
 #include "module/exports.h"
 
 #include "framework/ui/dialog.h"
+#include "lists/main_window.h"
+#include "lists/message_texts.h"
+#include "lists/message_view.h"
+#include "module/lists_environment_adapter.h"
 #include "module/module_state.h"
 
 #include <QtGlobal>
@@ -17,6 +21,23 @@ void bringToFront(tessaly::Dialog* window) {
         widget->show();
         widget->raise();
         widget->activateWindow();
+    }
+}
+
+// The folder a stored message belongs to, read from its status: sent, failed and unsent
+// messages are the Outbox's, everything else (unknown ids too) the Inbox's.
+int folderOfMessage(long id) {
+    const GSM::Message* message = GSM::sms.getMessage(id);
+    if (!message)
+        return tessaly::sms::kInboxFolder;
+    switch (message->getStatus()) {
+    case GSM::Message::NotSent:
+    case GSM::Message::SendNow:
+    case GSM::Message::Sent:
+    case GSM::Message::Failed:
+        return tessaly::sms::kOutboxFolder;
+    default:
+        return tessaly::sms::kInboxFolder;
     }
 }
 
@@ -44,13 +65,14 @@ void openSms() {
         return;
     }
     loadSettings();
-    qInfo("openSms: the main window is not built yet");
+    context.mainWindow = tessaly::sms::MainSmsWindow::open(tessaly::sms::moduleListsEnvironment());
 }
 
 void openMessage(long id) {
     const ModuleScope scope;
     loadSettings();
-    qInfo("openMessage(%ld): the message view is not built yet", id);
+    tessaly::sms::MessageView view(id, folderOfMessage(id));
+    view.doModal();
 }
 
 void editMessage(GSM::Message* message) {

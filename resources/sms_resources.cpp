@@ -13,10 +13,19 @@ namespace tessaly::sms {
 
 namespace {
 
-const QString scriptBaseName = QStringLiteral("sms");
+// Constant-initialised or built on first use, never by a dynamic initialiser: the module's
+// start-up asks for its resources while the library is still being loaded.
+constexpr QLatin1StringView scriptBaseName{"sms"};
 
-std::mutex cacheMutex;
-std::map<QString, std::unique_ptr<const ResourceScript>> cache; // by resolved language
+struct ScriptCache {
+    std::mutex mutex;
+    std::map<QString, std::unique_ptr<const ResourceScript>> scripts; // by resolved language
+};
+
+ScriptCache& scriptCache() {
+    static ScriptCache cache;
+    return cache;
+}
 
 } // namespace
 
@@ -36,10 +45,11 @@ ResourceParseResult parseEmbeddedScript(const QString& language) {
 }
 
 const ResourceScript& resourcesFor(const QString& language) {
-    const std::lock_guard lock(cacheMutex);
+    ScriptCache& cache = scriptCache();
+    const std::lock_guard lock(cache.mutex);
     QString chosen = resolvedLanguage(language);
-    auto found = cache.find(chosen);
-    if (found != cache.end())
+    auto found = cache.scripts.find(chosen);
+    if (found != cache.scripts.end())
         return *found->second;
 
     ResourceParseResult result = parseEmbeddedScript(chosen);
@@ -55,7 +65,7 @@ const ResourceScript& resourcesFor(const QString& language) {
         result.script = ResourceScript();
     }
     auto stored = std::make_unique<const ResourceScript>(std::move(result.script));
-    return *cache.emplace(chosen, std::move(stored)).first->second;
+    return *cache.scripts.emplace(chosen, std::move(stored)).first->second;
 }
 
 const ResourceScript& resources() {

@@ -13,9 +13,9 @@ namespace tessaly::sms {
 
 namespace {
 
-const QString kVariableMarker = QStringLiteral("VAR:");
-const QString kDefaultMarker = QStringLiteral("DEF:");
-const QString kEndMarker = QStringLiteral("END:");
+constexpr QLatin1StringView kVariableMarker{"VAR:"};
+constexpr QLatin1StringView kDefaultMarker{"DEF:"};
+constexpr QLatin1StringView kEndMarker{"END:"};
 constexpr qsizetype kMarkerLength = 4;
 
 // String ids stop here: a run that lost its closing "END:" line ends at the last possible id

@@ -121,7 +121,7 @@ QString TemplateStore::twoDigit(int number) {
 }
 
 QString TemplateStore::variableSection(const QString& name) {
-    return kVariablesSection + u'\\' + name;
+    return QString(kVariablesSection) + u'\\' + name;
 }
 
 bool TemplateStore::isComputedVariable(const QString& name) {

@@ -43,11 +43,13 @@ struct VariableMatch {
 
 class TemplateStore {
 public:
-    static inline const QString kTemplatesSection = QStringLiteral("Templates");
-    static inline const QString kVariablesSection = QStringLiteral("Variables");
-    static inline const QString kUserAddedSection = QStringLiteral("User-Added");
-    static inline const QString kDefaultEntry = QStringLiteral("Def");
-    static inline const QString kCountEntry = QStringLiteral("Values");
+    // Constant-initialised, so that the module's start-up may use them before any dynamic
+    // initialiser has run.
+    static constexpr QLatin1StringView kTemplatesSection{"Templates"};
+    static constexpr QLatin1StringView kVariablesSection{"Variables"};
+    static constexpr QLatin1StringView kUserAddedSection{"User-Added"};
+    static constexpr QLatin1StringView kDefaultEntry{"Def"};
+    static constexpr QLatin1StringView kCountEntry{"Values"};
 
     // Template names in the registry's order (creation order). Stops at the first name the
     // 522-character name buffer cannot hold, as the enumeration fails there.

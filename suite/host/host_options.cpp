@@ -18,6 +18,10 @@ struct Parser {
                                   QStringLiteral("Save a picture of the phone to <file> once it "
                                                  "has started, then quit."),
                                   QStringLiteral("file")};
+    QCommandLineOption openMessages{
+        QStringLiteral("open-messages"),
+        QStringLiteral("Press the Messages button once started (with --screenshot: a picture "
+                       "of the SMS main window).")};
     QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")},
                             QStringLiteral("Show this help.")};
 
@@ -26,7 +30,7 @@ struct Parser {
             QStringLiteral("The Tessaly phone with its SMS module and a simulator panel.\n"
                            "Sms.tsm is loaded from beside the program unless TESSALY_MODULE "
                            "names another file."));
-        parser.addOptions({dataDir, demo, screenshot, help});
+        parser.addOptions({dataDir, demo, screenshot, openMessages, help});
     }
 };
 
@@ -49,6 +53,7 @@ std::optional<HostOptions> parseHostArguments(const QStringList& arguments, QStr
     options.dataDirectory = p.parser.value(p.dataDir);
     options.demo = p.parser.isSet(p.demo);
     options.screenshotPath = p.parser.value(p.screenshot);
+    options.openMessages = p.parser.isSet(p.openMessages);
     options.help = p.parser.isSet(p.help);
     if (p.parser.isSet(p.dataDir) && options.dataDirectory.isEmpty()) {
         if (error)

@@ -10,9 +10,10 @@
 namespace tessaly::host {
 
 struct HostOptions {
-    QString dataDirectory;  // empty: the default data directory
-    bool demo = false;      // seed demo data into an empty data directory
-    QString screenshotPath; // grab the screen once started, save it there and quit
+    QString dataDirectory;     // empty: the default data directory
+    bool demo = false;         // seed demo data into an empty data directory
+    QString screenshotPath;    // grab the screen once started, save it there and quit
+    bool openMessages = false; // press the Messages button once started
     bool help = false;
 };
 

@@ -13,6 +13,7 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTimer>
 
 #include <cstdio>
@@ -99,6 +100,8 @@ int main(int argc, char** argv) {
             return 1;
         }
         phone.show();
+        if (options->openMessages)
+            phone.homeScreen()->messagesButton()->click();
 
         if (!options->screenshotPath.isEmpty()) {
             QTimer::singleShot(600, &app, [&] {

@@ -13,11 +13,13 @@ TEST(HostOptions, ArgumentsParseOrSayWhatIsWrong) {
         QString dataDirectory;
         bool demo;
         QString screenshot;
+        bool openMessages = false;
     } cases[] = {
         {{}, true, {}, false, {}},
         {{"--demo"}, true, {}, true, {}},
         {{"--data-dir", "/tmp/phone"}, true, "/tmp/phone", false, {}},
         {{"--data-dir=/tmp/p", "--demo", "--screenshot", "s.png"}, true, "/tmp/p", true, "s.png"},
+        {{"--open-messages", "--screenshot", "m.png"}, true, {}, false, "m.png", true},
         {{"--data-dir"}, false, {}, false, {}},
         {{"--data-dir="}, false, {}, false, {}},
         {{"--colour"}, false, {}, false, {}},
@@ -35,6 +37,7 @@ TEST(HostOptions, ArgumentsParseOrSayWhatIsWrong) {
         EXPECT_EQ(options->dataDirectory, c.dataDirectory);
         EXPECT_EQ(options->demo, c.demo);
         EXPECT_EQ(options->screenshotPath, c.screenshot);
+        EXPECT_EQ(options->openMessages, c.openMessages);
     }
 }
 

@@ -1,0 +1,37 @@
+#include "module/lists_environment_adapter.h"
+
+#include "module/module_state.h"
+#include "module/telephony/services.h"
+
+namespace tessaly::sms {
+
+SmsSettings& ModuleListsEnvironment::settings() {
+    return loadSettings();
+}
+
+void ModuleListsEnvironment::saveSettings() {
+    // A refused write keeps the record in memory; the next change tries again.
+    sms::saveSettings();
+}
+
+void ModuleListsEnvironment::handBackControl() {
+    GSM::moduleIdle(moduleContext().hostIdle);
+}
+
+void ModuleListsEnvironment::allowSendingNotification() {
+    moduleContext().sendingNotificationSuppressed = false;
+}
+
+void ModuleListsEnvironment::mainWindowDestroyed(Dialog* window) {
+    // A window finishing its destruction late must not forget a newer one.
+    ModuleContext& context = moduleContext();
+    if (context.mainWindow == window)
+        context.mainWindow = nullptr;
+}
+
+ListsEnvironment& moduleListsEnvironment() {
+    static ModuleListsEnvironment environment;
+    return environment;
+}
+
+} // namespace tessaly::sms
