@@ -151,6 +151,7 @@ void MainSmsWindow::insertColumns() {
         QString(), loadString(contactWord), loadString(IDS_COLUMN_TEXT), loadString(IDS_DATE)};
     for (int column = 0; column < SmsSettings::kColumnCount; ++column)
         list->insertColumn(column, headers[column], widths[column]);
+    list->setLastColumnFillsWidth(true);
 }
 
 void MainSmsWindow::fillList(int rowToSelect) {

@@ -498,8 +498,11 @@ ListView::ListView(QWidget* parent)
     connect(this, &QTableWidget::cellClicked, this, &ListView::itemClicked);
     connect(horizontalHeader(), &QHeaderView::sectionClicked, this, &ListView::columnClicked);
     connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column, int, int) {
-        if (trackingDivider_)
+        // The dragged divider resizes first; a filling last column follows it.
+        if (trackingDivider_ && resizedColumn_ < 0)
             resizedColumn_ = column;
+        if (column != columnCount() - 1)
+            fitLastColumn();
     });
 }
 
@@ -511,6 +514,28 @@ int ListView::insertColumn(int index, const QString& text, int width, int format
     setHorizontalHeaderItem(index, header);
     setColumnWidth(index, std::max(0, width));
     return index;
+}
+
+void ListView::setLastColumnFillsWidth(bool fill) {
+    lastColumnFills_ = fill;
+    fitLastColumn();
+}
+
+void ListView::fitLastColumn() {
+    const int last = columnCount() - 1;
+    if (!lastColumnFills_ || last < 0)
+        return;
+    int used = 0;
+    for (int column = 0; column < last; ++column)
+        used += columnWidth(column);
+    const int available = viewport()->width() - used;
+    if (columnWidth(last) != std::max(0, available))
+        setColumnWidth(last, std::max(0, available));
+}
+
+void ListView::resizeEvent(QResizeEvent* event) {
+    QTableWidget::resizeEvent(event);
+    fitLastColumn();
 }
 
 bool ListView::deleteColumn(int index) {

@@ -231,6 +231,9 @@ public:
     explicit ListView(QWidget* parent = nullptr);
 
     int insertColumn(int index, const QString& text, int width, int format = LVCFMT_LEFT);
+    // The last column takes whatever width the others leave, so the list never scrolls sideways
+    // while they fit.
+    void setLastColumnFillsWidth(bool fill);
     bool deleteColumn(int index);
     void deleteAllColumns();
     QString columnText(int index) const;
@@ -276,13 +279,16 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     QTableWidgetItem* cell(int row, int column);
+    void fitLastColumn();
 
     QList<QPixmap> images_;
     DWORD exStyle_ = 0;
     bool trackingDivider_ = false;
+    bool lastColumnFills_ = false;
     int resizedColumn_ = -1;
 };
 
