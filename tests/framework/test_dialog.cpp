@@ -373,6 +373,19 @@ TEST_F(DialogTest, DraggingAColumnDividerIsReportedOnce) {
     EXPECT_TRUE(window.entries("columnclick").empty());
 }
 
+TEST_F(DialogTest, AFillingLastColumnTakesTheRestAndDragsReportTheDraggedColumn) {
+    RecordingDialog& window = open();
+    ListView* list = window.listView(idList);
+    list->insertColumn(0, QStringLiteral("From"), 80);
+    list->insertColumn(1, QStringLiteral("Text"), 40);
+    list->setLastColumnFillsWidth(true);
+    const int viewportWidth = list->viewport()->width();
+    EXPECT_EQ(list->columnWidth(1), viewportWidth - 80);
+    ASSERT_TRUE(testkit::dragColumnDivider(window, idList, 0, 60));
+    EXPECT_EQ(list->columnWidth(1), viewportWidth - 60);
+    EXPECT_EQ(window.entries("columnwidth"), (std::vector<std::string>{"columnwidth 10032 0 60"}));
+}
+
 TEST_F(DialogTest, EditPositionsCountLineBreaksAsTwo) {
     RecordingDialog& window = open();
     Edit* text = window.edit(idTextEdit);
