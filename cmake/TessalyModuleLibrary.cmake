@@ -1,0 +1,11 @@
+# A subsystem library of the SMS module: static, position-independent, and hidden, because it is
+# linked into Sms.tsm, which exports only its entry points.
+function(tessaly_add_module_library name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
+    add_library(${name} STATIC ${ARG_SOURCES})
+    set_target_properties(${name} PROPERTIES
+        POSITION_INDEPENDENT_CODE ON
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON)
+    target_link_libraries(${name} PUBLIC ${ARG_LIBS})
+endfunction()
