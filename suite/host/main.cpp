@@ -12,6 +12,7 @@
 #include "suite/telephony/telephony.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
@@ -36,6 +37,17 @@ bool hasDisplay() {
 void fail(const QString& message) {
     std::fprintf(stderr, "tessaly-phone: %s\n", qPrintable(message));
 }
+
+// Closing the phone screen or the simulator ends the program, whatever module windows are open
+// (they refuse a plain close, as the phone's own windows do).
+class EndOnClose : public QObject {
+public:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Close)
+            QApplication::exit(0);
+        return QObject::eventFilter(watched, event);
+    }
+};
 
 } // namespace
 
@@ -100,6 +112,9 @@ int main(int argc, char** argv) {
             return 1;
         }
         phone.show();
+        EndOnClose endOnClose;
+        phone.homeScreen()->installEventFilter(&endOnClose);
+        phone.simulator()->installEventFilter(&endOnClose);
         if (options->openMessages)
             phone.homeScreen()->messagesButton()->click();
 
@@ -110,7 +125,8 @@ int main(int argc, char** argv) {
                     QApplication::exit(1);
                     return;
                 }
-                QApplication::quit();
+                // exit, not quit: quit asks every window to close, and module windows may refuse.
+                QApplication::exit(0);
             });
         }
         status = app.exec();
