@@ -82,15 +82,16 @@ protected:
     }
 
     // Delivers the library's queued events and the windows' posted messages, and lets the
-    // radio's timers (0 ms) run.
+    // radio's timers (one segment per millisecond) run.
     void settle() {
         auto& queue = tessaly::telephony::EventQueue::instance();
-        for (int round = 0; round < 200; ++round) {
+        for (int round = 0; round < 2000; ++round) {
             tessaly::testkit::pumpMessages();
             queue.deliverAll();
-            clock.advance(0);
-            if (!queue.hasPending() && !clock.nextDueInMs())
+            const std::optional<std::int64_t> due = clock.nextDueInMs();
+            if (!queue.hasPending() && (!due || *due > 1))
                 return;
+            clock.advance(1);
         }
     }
 
@@ -129,8 +130,8 @@ protected:
             entry.status = message->getStatus();
             if (GSM::Folder* recipients = message->getContacts())
                 for (int r = 0; r < recipients->size(); ++r)
-                    entry.recipients.append(fromWide(
-                        recipients->get(r)->getText(GSM::Contact::FieldNumber, 1)));
+                    entry.recipients.append(
+                        fromWide(recipients->get(r)->getText(GSM::Contact::FieldNumber, 1)));
             messages.push_back(entry);
         }
         return messages;

@@ -29,8 +29,8 @@ TEST(Recipients, Counting) {
         const char16_t* to;
         int count;
     } cases[] = {
-        {u"", 0},          {u"123", 1},     {u"123,456", 2},     {u"123,,456", 2},
-        {u",123,", 1},     {u" , ,", 0},    {u"0171 555, 0172", 2}, {u"1 , 2 , 3", 3},
+        {u"", 0},      {u"123", 1},  {u"123,456", 2},        {u"123,,456", 2},
+        {u",123,", 1}, {u" , ,", 0}, {u"0171 555, 0172", 2}, {u"1 , 2 , 3", 3},
     };
     for (const auto& c : cases)
         EXPECT_EQ(countRecipients(c.to), c.count) << QString::fromUtf16(c.to).toStdString();
@@ -38,7 +38,8 @@ TEST(Recipients, Counting) {
 
 TEST(Recipients, TokensComeLastFirstWithoutBlanks) {
     EXPECT_EQ(recipientTokensLastFirst(u"123, 456"), (QStringList{"456", "123"}));
-    EXPECT_EQ(recipientTokensLastFirst(u"0171 555 12,,0172 9"), (QStringList{"01729", "017155512"}));
+    EXPECT_EQ(recipientTokensLastFirst(u"0171 555 12,,0172 9"),
+              (QStringList{"01729", "017155512"}));
     EXPECT_EQ(recipientTokensLastFirst(u", ,"), QStringList());
     EXPECT_EQ(firstRecipient(QStringLiteral("0171 5,0172")), QStringLiteral("0171 5"));
 }
@@ -49,7 +50,8 @@ TEST(Recipients, ProvisionalFolderKeepsTheOldCuttingRule) {
 }
 
 TEST(StartText, ForwardedLineBreaksBecomeCrLf) {
-    EXPECT_EQ(forwardedText(QStringLiteral("a\r\nb\rc\nd")), QStringLiteral("\r\na\r\nb\r\nc\r\nd"));
+    EXPECT_EQ(forwardedText(QStringLiteral("a\r\nb\rc\nd")),
+              QStringLiteral("\r\na\r\nb\r\nc\r\nd"));
     EXPECT_EQ(forwardedText(QStringLiteral("x\n\r\ny")), QStringLiteral("\r\nx\r\n\r\ny"));
     // A bullet of the original becomes a line break as well.
     EXPECT_EQ(forwardedText(QStringLiteral("1 \u2022 2")), QStringLiteral("\r\n1 \r\n 2"));
@@ -110,8 +112,7 @@ TEST_F(FavouritesTest, NewOnesGoFirstAndTheTenthDrops) {
 TEST_F(FavouritesTest, AnExistingOneMovesUp) {
     fill(5);
     Favourites::remember(QStringLiteral("01703"));
-    EXPECT_EQ(Favourites::entries(),
-              (QStringList{"01703", "01701", "01702", "01704", "01705"}));
+    EXPECT_EQ(Favourites::entries(), (QStringList{"01703", "01701", "01702", "01704", "01705"}));
     EXPECT_EQ(count(), QStringLiteral("05"));
     // A bare number finds the entry that carries a name before it.
     Favourites::remember(QStringLiteral("Anna Berg:0160"));
