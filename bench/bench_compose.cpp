@@ -2,6 +2,7 @@
 // query runs on every change), and SEND of a template-rich text to 1,000 recipients up to the
 // hand-over (the radio's timers never run here).
 
+#include "bench/template_rich_text.h"
 #include "compose/composer_environment.h"
 #include "compose/composer_window.h"
 #include "compose/submit.h"
@@ -53,18 +54,6 @@ public:
         return {};
     }
 };
-
-// About 1,600 characters with every kind of placeholder, the recipient's among them.
-QString templateRichText() {
-    const QString chunk = QStringLiteral(
-        "<Hello> [Recipient:First Name], can we meet [Date:tomorrow] at [Time:Now] "
-        "<for lunch>? Call [Sender:Name and Phone] or [Contact:Bob Marsh,+111]. "
-        "[Ending:Regards], [Sender:Full Name] ([Sender:Initials]) to [Recipient:Full Name]. ");
-    QString text;
-    while (text.size() + chunk.size() <= 1600)
-        text += chunk;
-    return text;
-}
 
 void sendKey(QWidget* editor, int key, const QString& text) {
     QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);

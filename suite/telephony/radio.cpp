@@ -43,8 +43,7 @@ void Store::setDelays(int segmentDelayMs, int simTransferDelayMs) {
 // ---- the radio: one segment per timer turn, recipient by recipient, message by message
 
 void Store::queueForSending(long id) {
-    if ((job_ && job_->id == id) ||
-        std::find(sendQueue_.begin(), sendQueue_.end(), id) != sendQueue_.end())
+    if ((job_ && job_->id == id) || !queuedIds_.insert(id).second)
         return;
     sendQueue_.push_back(id);
     startRadio();
@@ -75,6 +74,7 @@ void Store::radioStep() {
         }
         const long id = sendQueue_.front();
         sendQueue_.pop_front();
+        queuedIds_.erase(id);
         MessageRecord* message = findMessage(id);
         if (!message || message->status != GSM::Message::SendNow)
             continue;

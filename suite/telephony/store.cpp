@@ -108,7 +108,7 @@ GSM::Result Store::load() {
     // Messages queued when the suite last stopped are sent now.
     for (MessageRecord* message : byDate_[GSM::Sms::FolderOutbox]) {
         if (message->status == GSM::Message::SendNow)
-            sendQueue_.push_back(message->getId());
+            queueForSending(message->getId());
     }
     startRadio();
     return {};
@@ -301,6 +301,7 @@ GSM::Result Store::removeMessage(MessageRecord& message) {
     message.removed = true;
     eraseByDate(&message);
     std::erase(sendQueue_, message.getId());
+    queuedIds_.erase(message.getId());
     return {};
 }
 
@@ -333,8 +334,10 @@ GSM::Result Store::setStatus(long id, GSM::Message::Status status) {
     }
     if (status == GSM::Message::SendNow)
         queueForSending(id);
-    else
+    else {
         std::erase(sendQueue_, id);
+        queuedIds_.erase(id);
+    }
     touchMessages();
     return {};
 }

@@ -47,20 +47,19 @@ protected:
 };
 
 TEST_F(ModuleComposers, EditMessageOpensComposersThatLeaveTheListWhenClosed) {
+    openSms();
+    settle();
+    ASSERT_NE(moduleContext().mainWindow, nullptr);
     ASSERT_TRUE(GSM::sms.newMessage(0).isOk());
     ASSERT_TRUE(GSM::sms.newMessage(0).isOk());
     settle();
     ASSERT_EQ(moduleContext().composers.size(), 2u);
-    EXPECT_TRUE(moduleContext().settings.loaded);
     tessaly::Dialog* first = moduleContext().composers.front();
     EXPECT_EQ(first->templateId(), IDD_COMPOSER);
     EXPECT_EQ(first->title(), QStringLiteral("New Message"));
     EXPECT_TRUE(first->isVisible());
 
     // The main window exists, yet openSms brings the first composer back.
-    openSms();
-    settle();
-    ASSERT_NE(moduleContext().mainWindow, nullptr);
     first->showWindow(SW_HIDE);
     moduleContext().mainWindow->showWindow(SW_HIDE);
     openSms();

@@ -91,6 +91,7 @@ private:
 TEST_F(ComposeEndToEnd, NewMessageIsSentAndReplyAddressesTheSender) {
     ASSERT_EQ(tessaly::host::seedDemoData(tessaly::Clock::current().localNow()),
               tessaly::host::DemoSeeding::Seeded);
+    testkit::ScriptedUser user;
     tessaly::host::PhoneWindow phone;
     phone.show();
     tessaly::host::HostSession session(&phone);
@@ -113,7 +114,6 @@ TEST_F(ComposeEndToEnd, NewMessageIsSentAndReplyAddressesTheSender) {
     EXPECT_TRUE(savePicture(phone, QStringLiteral("phone_composer.png")));
 
     // The demo phone has no signature names: SEND asks once about the empty sender.
-    testkit::ScriptedUser user;
     user.answerBox(IDYES);
     const int outboxBefore = GSM::sms.messageCount(GSM::Sms::FolderOutbox);
     ASSERT_TRUE(testkit::click(composer, IDC_COMPOSE_SEND));
@@ -125,7 +125,7 @@ TEST_F(ComposeEndToEnd, NewMessageIsSentAndReplyAddressesTheSender) {
     }));
     EXPECT_TRUE(windowsOf(IDD_COMPOSER).empty()) << "the composer closed after the hand-over";
     EXPECT_EQ(GSM::sms.messageCount(GSM::Sms::FolderOutbox), outboxBefore + 1);
-    const GSM::Message* sent = newestOutboxMessage();
+    GSM::Message* sent = newestOutboxMessage();
     ASSERT_NE(sent, nullptr);
     const QString sentText = QString::fromUtf16(sent->getText());
     EXPECT_TRUE(sentText.contains(QStringLiteral("Running late"))) << sentText.toStdString();
