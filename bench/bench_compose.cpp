@@ -66,7 +66,10 @@ void BM_ComposerKeystroke(benchmark::State& state) {
     QuietEnvironment environment;
     auto* composer = tessaly::sms::ComposerWindow::open(GSM::Message::make(), environment);
     tessaly::Edit* text = composer->edit(IDC_COMPOSE_TEXT);
-    text->setText(QString(int(state.range(0)), u'a'));
+    // Words and placeholders, as people write, filled up to the length asked for.
+    QString start = templateRichText().left(int(state.range(0)));
+    start += QString(int(state.range(0)) - start.size(), u'.');
+    text->setText(start);
     text->setCaretPos(text->textLength());
     QWidget* editor = text->editor();
     editor->setFocus();
