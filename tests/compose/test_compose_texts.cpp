@@ -1,7 +1,6 @@
-// The composer's pure rules: the To: field's characters, counting and cutting, the start texts,
-// and the favourites list in the profile.
+// The composer's pure rules: the To: field's characters, counting and cutting, and the
+// favourites list in the profile.
 
-#include "compose/composer_text.h"
 #include "compose/favourites.h"
 #include "compose/recipients.h"
 #include "framework/datadir.h"
@@ -47,34 +46,6 @@ TEST(Recipients, TokensComeLastFirstWithoutBlanks) {
 TEST(Recipients, ProvisionalFolderKeepsTheOldCuttingRule) {
     EXPECT_EQ(provisionalRecipients(QStringLiteral("1,2,3")), (QStringList{"2,3", "3", "3"}));
     EXPECT_EQ(provisionalRecipients(QStringLiteral("123")), QStringList{"123"});
-}
-
-TEST(StartText, ForwardedLineBreaksBecomeCrLf) {
-    EXPECT_EQ(forwardedText(QStringLiteral("a\r\nb\rc\nd")),
-              QStringLiteral("\r\na\r\nb\r\nc\r\nd"));
-    EXPECT_EQ(forwardedText(QStringLiteral("x\n\r\ny")), QStringLiteral("\r\nx\r\n\r\ny"));
-    // A bullet of the original becomes a line break as well.
-    EXPECT_EQ(forwardedText(QStringLiteral("1 \u2022 2")), QStringLiteral("\r\n1 \r\n 2"));
-    EXPECT_EQ(forwardedText(QString()), QStringLiteral("\r\n"));
-}
-
-TEST(StartText, GreetingAndSignatureLayouts) {
-    const struct {
-        QString greeting;
-        QString signature;
-        QString text;
-        int caret;
-    } cases[] = {
-        {"Hello Anna,  ", " Regards", "Hello Anna,\r\n\r\nRegards", 13},
-        {"", "  Regards", "\r\n\r\nRegards", 0},
-        {"Hello,\r\n", QString(), "Hello,", 6},
-        {"", QString(), "", 0},
-    };
-    for (const auto& c : cases) {
-        const StartText start = greetingAndSignature(c.greeting, c.signature);
-        EXPECT_EQ(start.text, c.text);
-        EXPECT_EQ(start.caret, c.caret) << c.text.toStdString();
-    }
 }
 
 class FavouritesTest : public ::testing::Test {
@@ -139,12 +110,6 @@ TEST_F(FavouritesTest, ACountAboveTenIsLeftAlone) {
     Favourites::remember(QStringLiteral("0999"));
     EXPECT_EQ(Favourites::entry(1), QStringLiteral("01701"));
     EXPECT_EQ(count(), QStringLiteral("11"));
-}
-
-TEST(FavouriteLabels, NameBeforeTheColon) {
-    EXPECT_EQ(Favourites::label(QStringLiteral("Anna Berg:0160")), QStringLiteral("Anna Berg"));
-    EXPECT_EQ(Favourites::number(QStringLiteral("Anna Berg:0160")), QStringLiteral("0160"));
-    EXPECT_EQ(Favourites::label(QStringLiteral("0160")), QStringLiteral("0160"));
 }
 
 } // namespace

@@ -133,6 +133,11 @@ TEST_F(ComposeEndToEnd, NewMessageIsSentAndReplyAddressesTheSender) {
     EXPECT_EQ(QString::fromUtf16(sent->getContacts()->get(0)->getText(0, 1)),
               QStringLiteral("+447700900555"));
 
+    // The Outbox list shows it as sent.
+    mainWindow.sendCommand(IDM_FOLDER_OUTBOX);
+    settle();
+    EXPECT_EQ(mainWindow.listView(IDC_MAIN_LIST)->itemCount(), outboxBefore + 1);
+
     // Reply from the message view: the composer starts addressed to the sender.
     long id = 0;
     ASSERT_TRUE(
