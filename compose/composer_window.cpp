@@ -34,6 +34,9 @@ constexpr int kCounterWidth = 160;
 constexpr QColor kCaptionColour(0, 0, 255);
 constexpr QColor kStatusBackground(0xc0, 0xc0, 0xc0);
 
+// Posted to put "Insert Template" back in view after the templates list has closed.
+constexpr UINT kShowInsertTemplate = WM_APP + 1;
+
 constexpr int kDetailControls[] = {IDC_COMPOSE_SCA_LABEL, IDC_COMPOSE_SCA,
                                    IDC_COMPOSE_VALIDITY_LABEL, IDC_COMPOSE_VALIDITY,
                                    IDC_COMPOSE_SAME_SCA};
@@ -465,8 +468,16 @@ void ComposerWindow::onComboCloseUp(int id) {
         return;
     if (ComboBox* templates = comboBox(id)) {
         templates->insertString(0, loadString(IDS_INSERT_TEMPLATE));
-        templates->setCurSel(0);
+        // A choice made in the list is reported after the list has closed: the label comes
+        // back into view once that report has been handled.
+        postMessage(kShowInsertTemplate);
     }
+}
+
+void ComposerWindow::onMessage(UINT message, WPARAM, LPARAM) {
+    if (message == kShowInsertTemplate)
+        if (ComboBox* templates = comboBox(IDC_COMPOSE_TEMPLATES))
+            templates->setCurSel(0);
 }
 
 void ComposerWindow::onComboSelChange(int id) {

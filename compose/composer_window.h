@@ -56,6 +56,7 @@ protected:
     void onComboDropDown(int id) override;
     void onComboCloseUp(int id) override;
     void onComboSelChange(int id) override;
+    void onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     void onSize(int clientWidth, int clientHeight) override;
     bool onDrawItem(int id, QPainter& painter, const DrawItemState& state) override;
     void onDestroy() override;
