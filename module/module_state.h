@@ -26,6 +26,10 @@ struct ResourceScript;
 
 namespace tessaly::sms {
 
+class NewMessageNotification;
+class SendingNotification;
+class SimTransferWindow;
+
 struct ModuleContext {
     // The module's resources in the language chosen at load; what ModuleScope switches to.
     const ResourceScript* resources = nullptr;
@@ -34,13 +38,13 @@ struct ModuleContext {
     void* hostIdle = nullptr;
 
     Dialog* mainWindow = nullptr;
-    Dialog* messageNotification = nullptr;
+    NewMessageNotification* messageNotification = nullptr;
     // Shared by the progress and the completion export.
-    Dialog* sendingNotification = nullptr;
+    SendingNotification* sendingNotification = nullptr;
     // While set, openSendingNotification does nothing: the person dismissed the progress
     // window; sending an Outbox message again clears it.
     bool sendingNotificationSuppressed = false;
-    Dialog* simTransferWindow = nullptr;
+    SimTransferWindow* simTransferWindow = nullptr;
     // Open composers in the order they were created; any number.
     std::vector<Dialog*> composers;
 
