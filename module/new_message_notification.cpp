@@ -18,12 +18,9 @@ NewMessageNotification::NewMessageNotification(long messageId)
 }
 
 NewMessageNotification* NewMessageNotification::open(long messageId) {
-    auto* window = new NewMessageNotification(messageId);
-    if (!window->create()) {
-        delete window;
-        return nullptr;
-    }
-    window->showWindow(SW_SHOW);
+    auto* window = createHiddenWindow<NewMessageNotification>(messageId);
+    if (window)
+        window->showWindow(SW_SHOW);
     return window;
 }
 
@@ -91,7 +88,7 @@ void NewMessageNotification::eventMessagesChanged() {
 void NewMessageNotification::callBack() {
     GSM::Message* message = GSM::sms.getMessage(messageId_);
     GSM::Contact* contact = message ? firstContact(*message) : nullptr;
-    destroyWindow();
+    closeByThePerson();
     if (!contact || !GSM::isServiceAvailable(GSM::ServiceVoice))
         return;
     if (!GSM::Phone::makeCall(contact).isOk())
@@ -108,18 +105,18 @@ void NewMessageNotification::onCommand(int id) {
         break;
     case IDC_NOTIFY_REPLY: {
         const GSM::Result result = GSM::sms.replyMessage(messageId_);
-        destroyWindow();
+        closeByThePerson();
         if (!result.isOk())
             GSM::Io::showErrorMessage(result);
         break;
     }
     case IDC_NOTIFY_READ_ALL:
-        destroyWindow();
+        closeByThePerson();
         GSM::executeService(GSM::ServiceSms);
         break;
     case IDOK:
     case IDCANCEL: // Escape: the person has seen it
-        destroyWindow();
+        closeByThePerson();
         break;
     default:
         Dialog::onCommand(id);
@@ -135,24 +132,19 @@ void NewMessageNotification::onTimer(UINT_PTR id) {
     destroyWindow();
 }
 
-void NewMessageNotification::onDestroy() {
-    const ModuleScope scope;
-    killTimer(kCloseTimer);
-    if (timedOut_)
-        return;
+void NewMessageNotification::closeByThePerson() {
     // Only an unread message becomes read: one replied to meanwhile keeps its status.
     const GSM::Message* message = GSM::sms.getMessage(messageId_);
-    if (message && message->getStatus() == GSM::Message::Unread)
+    if (!timedOut_ && message && message->getStatus() == GSM::Message::Unread)
         GSM::sms.setMessageStatus(messageId_, GSM::Message::Read);
+    killTimer(kCloseTimer);
+    destroyWindow();
 }
 
 void NewMessageNotification::onPostDestroy() {
     const ModuleScope scope;
-    ModuleContext& context = moduleContext();
-    if (context.messageNotification == this) {
-        context.messageNotification = nullptr;
+    if (forgetWindow(moduleContext().messageNotification, this))
         handBackControlIfIdle();
-    }
     delete this;
 }
 

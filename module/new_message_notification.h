@@ -4,7 +4,8 @@
 // the count of further unread messages, and "Call Back", "Reply" and "Read All". One window for
 // any number of arrivals: it keeps its first message and only recounts the unread ones. It
 // closes itself five minutes after the last growth of that count, leaving the message unread;
-// closed by the person, it marks the message read. Modeless; it deletes itself when destroyed
+// closed by the person, it marks the message read (destroyed when the module stops, it changes
+// nothing). Modeless; it deletes itself when destroyed
 // and hands control back to the host when it was the module's last window.
 
 #include "framework/ui/dialog.h"
@@ -34,7 +35,6 @@ protected:
     bool onInitDialog() override;
     void onCommand(int id) override;
     void onTimer(UINT_PTR id) override;
-    void onDestroy() override;
     void onPostDestroy() override;
 
 private:
@@ -42,6 +42,8 @@ private:
     void countUnread();
     void layoutLines();
     void callBack();
+    // Closed by a button or the keyboard: the message is read. Not when the module stops.
+    void closeByThePerson();
 
     long messageId_;
     int lastUnread_ = -1;

@@ -21,12 +21,7 @@ SendingNotification::~SendingNotification() {
 }
 
 SendingNotification* SendingNotification::createHidden() {
-    auto* window = new SendingNotification;
-    if (!window->Dialog::create()) {
-        delete window;
-        return nullptr;
-    }
-    return window;
+    return createHiddenWindow<SendingNotification>();
 }
 
 bool SendingNotification::onInitDialog() {
@@ -145,9 +140,7 @@ void SendingNotification::stopBoxTimer() {
 
 void SendingNotification::onPostDestroy() {
     const ModuleScope scope;
-    ModuleContext& context = moduleContext();
-    if (context.sendingNotification == this)
-        context.sendingNotification = nullptr;
+    forgetWindow(moduleContext().sendingNotification, this);
     delete this;
 }
 

@@ -30,12 +30,7 @@ SimTransferWindow::SimTransferWindow(int count, int capacity)
 }
 
 SimTransferWindow* SimTransferWindow::createHidden(int count, int capacity) {
-    auto* window = new SimTransferWindow(count, capacity);
-    if (!window->Dialog::create()) {
-        delete window;
-        return nullptr;
-    }
-    return window;
+    return createHiddenWindow<SimTransferWindow>(count, capacity);
 }
 
 bool SimTransferWindow::onInitDialog() {
@@ -153,11 +148,8 @@ void SimTransferWindow::eventStatusChanged() {
 
 void SimTransferWindow::onPostDestroy() {
     const ModuleScope scope;
-    ModuleContext& context = moduleContext();
-    if (context.simTransferWindow == this) {
-        context.simTransferWindow = nullptr;
+    if (forgetWindow(moduleContext().simTransferWindow, this))
         handBackControlIfIdle();
-    }
     delete this;
 }
 

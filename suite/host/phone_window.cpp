@@ -10,7 +10,6 @@
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -124,9 +123,9 @@ SimulatorPanel::SimulatorPanel(QWidget* parent)
     auto* columns = new QGridLayout;
     columns->addWidget(buildIncomingSms(), 0, 0);
     columns->addWidget(buildCellBroadcast(), 1, 0);
+    columns->addWidget(buildNetwork(), 2, 0);
     columns->addWidget(buildSim(), 0, 1);
-    columns->addWidget(buildNetwork(), 1, 1);
-    columns->addWidget(buildSending(), 2, 0, 1, 2);
+    columns->addWidget(buildSending(), 1, 1, 2, 1);
     layout->addLayout(columns);
     log_ = new QLabel(this);
     log_->setObjectName(QStringLiteral("simulatorLog"));
@@ -266,10 +265,8 @@ QWidget* SimulatorPanel::buildSending() {
     form->addRow(QStringLiteral("Outcome:"), outcome);
     form->addRow(QStringLiteral("Error code:"), code);
     form->addRow(QStringLiteral("Error text:"), reason);
-    auto* buttons = new QHBoxLayout;
-    buttons->addWidget(send);
-    buttons->addWidget(arm);
-    form->addRow(buttons);
+    form->addRow(send);
+    form->addRow(arm);
     form->addRow(nextSend_);
     const auto armFailure = [this, code, reason] {
         sim::failNextSend(code->value(), toU16(reason->text()));

@@ -1,7 +1,7 @@
 #include "module/new_message_notification.h"
 #include "module/sending_notification.h"
 #include "module/sim_transfer_window.h"
-#include "tests/module/notifications_fixture.h"
+#include "tests/module/module_window_test.h"
 
 #include "framework/ui/dialog.h"
 #include "lists/main_window.h"
@@ -10,7 +10,8 @@
 
 namespace {
 
-using namespace notifications_test;
+using namespace module_test;
+using NotificationTest = ModuleWindowTest;
 using tessaly::sms::NewMessageNotification;
 using tessaly::sms::SendingNotification;
 using tessaly::sms::SimTransferWindow;
@@ -98,6 +99,7 @@ TEST_F(NewMessageNotificationTest, ClosedByThePersonTheMessageIsReadByTheTimerIt
         {"Read All", [](tessaly::Dialog& w) { testkit::click(w, IDC_NOTIFY_READ_ALL); },
          GSM::Message::Read},
         {"Escape", [](tessaly::Dialog& w) { w.sendCommand(IDCANCEL); }, GSM::Message::Read},
+        {"the module stops", [](tessaly::Dialog&) { exitModule(); }, GSM::Message::Unread},
     };
     for (const auto& c : cases) {
         const long id = receive(u"+447700900101", u"Hello");

@@ -1,8 +1,9 @@
 #pragma once
 
-// The module in-process with its notification windows, on a telephony store in memory, with
-// the library's host hooks wired to the exports as the host wires them. The virtual clock
-// drives the radio, the SIM transfer and every window timer.
+// The module in-process with its real windows, on a telephony store in memory, with the
+// library's host hooks wired to the exports as the host wires them (and recording what reaches
+// the suite: moduleIdle, services, calls, composers asked for). The virtual clock drives the
+// radio, the SIM transfer and every window timer.
 
 #include "lists/message_texts.h"
 #include "module/exports.h"
@@ -20,13 +21,13 @@
 
 #include <vector>
 
-namespace notifications_test {
+namespace module_test {
 
 namespace simulator = tessaly::telephony::simulator;
 namespace testkit = tessaly::testkit;
 using tessaly::sms::moduleContext;
 
-class NotificationTest : public testkit::WindowTest {
+class ModuleWindowTest : public testkit::WindowTest {
 protected:
     void SetUp() override {
         WindowTest::SetUp();
@@ -122,4 +123,4 @@ protected:
     std::vector<GSM::Message*> edited;
 };
 
-} // namespace notifications_test
+} // namespace module_test
