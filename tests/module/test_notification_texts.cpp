@@ -105,11 +105,7 @@ TEST_F(NotificationTexts, UnreadCountFromTheInboxByStatus) {
     for (GSM::Message::Status status :
          {GSM::Message::Read, GSM::Message::Unread, GSM::Message::Replied, GSM::Message::Unread,
           GSM::Message::Incomplete}) {
-        simulator::StoredMessage message;
-        message.status = status;
-        message.addresses = {u"+447700900101"};
-        message.text = u"x";
-        messages.push_back(message);
+        messages.push_back({GSM::Sms::FolderInbox, status, {u"+447700900101"}, u"Hi", {}});
     }
     ASSERT_TRUE(simulator::addStoredMessages(messages).isOk());
     EXPECT_EQ(tessaly::sms::unreadInInbox(inbox()), 2);
