@@ -94,6 +94,7 @@ void SendingNotification::setCompletion(const GSM::Result& result, bool plural) 
     result_ = result;
     plural_ = plural;
     completion_ = true;
+    completionWhileBoxShown_ = boxShown_;
 }
 
 void SendingNotification::onCommand(int id) {
@@ -120,15 +121,22 @@ void SendingNotification::onMessage(UINT message, WPARAM wParam, LPARAM lParam) 
 }
 
 void SendingNotification::showCompletionBox() {
-    const CompletionMessage completion = completionMessage(result_, plural_);
     QWidget* owner = window();
-    // Nobody may be looking: the box answers itself with OK after twenty seconds.
-    stopBoxTimer();
-    boxTimer_ = setThreadTimer(
-        kCompletionBoxMs, [owner](UINT_PTR) { UserAgent::current().endMessageBox(owner, IDOK); });
-    UserAgent::current().messageBox(owner, completion.text, boxCaption(),
-                                    MB_OK | completion.icon | MB_SETFOREGROUND | MB_TOPMOST);
-    stopBoxTimer();
+    // A run that ends while the box is up (a quick second send) gets its own box after it.
+    do {
+        completionWhileBoxShown_ = false;
+        const CompletionMessage completion = completionMessage(result_, plural_);
+        // Nobody may be looking: the box answers itself with OK after twenty seconds.
+        stopBoxTimer();
+        boxTimer_ = setThreadTimer(kCompletionBoxMs, [owner](UINT_PTR) {
+            UserAgent::current().endMessageBox(owner, IDOK);
+        });
+        boxShown_ = true;
+        UserAgent::current().messageBox(owner, completion.text, boxCaption(),
+                                        MB_OK | completion.icon | MB_SETFOREGROUND | MB_TOPMOST);
+        boxShown_ = false;
+        stopBoxTimer();
+    } while (completionWhileBoxShown_ && isWindow());
     destroyWindow();
 }
 

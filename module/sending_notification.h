@@ -60,6 +60,8 @@ private:
     bool plural_ = false;
     GSM::Result result_;
     UINT_PTR boxTimer_ = 0;
+    bool boxShown_ = false;
+    bool completionWhileBoxShown_ = false;
 };
 
 } // namespace tessaly::sms

@@ -299,6 +299,21 @@ TEST_F(SendingNotificationTest, TheBoxAnswersItselfAfterTwentySeconds) {
     EXPECT_EQ(user.boxes().size(), 2u);
 }
 
+TEST_F(SendingNotificationTest, ARunEndingWhileTheBoxIsUpGetsItsOwnBoxAfterIt) {
+    user.answerBox(IDOK, [](const testkit::ShownBox&) {
+        openSendingCompletion(GSM::Result(GSM::ErrorNoNetwork, u"No network"), false);
+    });
+    user.answerBox(IDOK);
+    openSendingCompletion(GSM::Result(), false);
+    settle();
+    ASSERT_EQ(user.boxes().size(), 2u);
+    EXPECT_EQ(user.boxes()[0].text, QStringLiteral("Your message was sent successfully."));
+    EXPECT_EQ(user.boxes()[1].text,
+              QStringLiteral("There was an error while sending your message."));
+    EXPECT_EQ(sending(), nullptr);
+    EXPECT_EQ(clock.activeTimers(), 0u);
+}
+
 TEST_F(SendingNotificationTest, DismissHidesProgressUntilSendNowInTheOutbox) {
     const long id = queueMessage({u"+447700900444"}, kTwoSegments);
     step();
