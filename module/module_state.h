@@ -7,8 +7,8 @@
 // Rules for the windows that live in it:
 // - Each window kind exists at most once and is reached through its pointer below. The export
 //   that creates the window sets the pointer; the window clears it when it is destroyed
-//   (onPostDestroy: `if (moduleContext().mainWindow == this) moduleContext().mainWindow =
-//   nullptr;`), so a null pointer always means that no such window exists.
+//   (onPostDestroy: `forgetWindow(moduleContext().simTransferWindow, this)`), so a null
+//   pointer always means that no such window exists.
 // - A composer appends itself to `composers` when editMessage creates it and removes itself
 //   when it is destroyed.
 // - Every event override (telephony handlers, window handlers reached from the event loop)
