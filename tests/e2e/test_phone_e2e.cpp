@@ -11,7 +11,6 @@
 #include "suite/telephony/events.h"
 #include "suite/telephony/simulator.h"
 #include "suite/telephony/telephony.h"
-#include "tests/module/log_capture.h"
 #include "tests/testkit/scripted_user.h"
 #include "tests/testkit/virtual_clock.h"
 #include "tests/testkit/window_driver.h"
@@ -31,7 +30,6 @@
 namespace {
 
 namespace sim = tessaly::telephony::simulator;
-using module_test::LogCapture;
 
 class PhoneEndToEnd : public ::testing::Test {
 protected:
@@ -82,7 +80,6 @@ TEST_F(PhoneEndToEnd, TheHostLoadsTheModuleRoutesEventsToItAndUnloadsIt) {
     tessaly::host::PhoneWindow phone;
     phone.show();
     tessaly::host::HostSession session(&phone);
-    LogCapture log;
 
     QString error;
     ASSERT_TRUE(session.start(QStringLiteral(TESSALY_SMS_MODULE_PATH), &error))
