@@ -322,3 +322,23 @@
 
 // The application's title, in the framework's range
 #define IDS_APP_TITLE 57344
+
+// ---- Templates and Variables pages, Edit Template, Edit Variable -------------------------------
+#define IDC_TEMPLATES_INSERT_GREETING 10402
+#define IDC_TEMPLATES_INSERT_SIGNATURE 10403
+#define IDC_TEMPLATES_LIST 10405
+#define IDC_TEMPLATES_NEW 10406
+#define IDC_TEMPLATES_FACTORY_SETTINGS 10014 // the option pages' "Factory Settings" number
+#define IDC_VARIABLES_LIST 10410
+#define IDC_VARIABLES_NEW 10411
+#define IDC_VARIABLES_FACTORY_SETTINGS 10014
+#define IDC_EDIT_TEMPLATE_TITLE 10420
+#define IDC_EDIT_TEMPLATE_NAME 10421
+#define IDC_EDIT_TEMPLATE_VARIABLE 10422
+#define IDC_EDIT_TEMPLATE_BODY 10423
+#define IDC_EDIT_VARIABLE_TITLE 10430
+#define IDC_EDIT_VARIABLE_NAME 10431
+#define IDC_EDIT_VARIABLE_VALUES 10432
+// Column headers of the Variables page
+#define IDS_VARIABLES_COLUMN_NAME 10360
+#define IDS_VARIABLES_COLUMN_KIND 10361
