@@ -8,6 +8,7 @@
 #include "templates/placeholder_texts.h"
 
 #include <QAbstractItemView>
+#include <QAbstractScrollArea>
 #include <QHeaderView>
 
 namespace tessaly::sms {
@@ -54,6 +55,9 @@ bool EditTemplateDialog::onInitDialog() {
         // As the edit gives it back (line breaks as "\r\n"), so that an untouched body is
         // recognised as unchanged.
         edit_.loadedText = body->text();
+        // The body wraps; a sideways scroll bar would only take a line away.
+        if (auto* plain = qobject_cast<QAbstractScrollArea*>(body->editor()))
+            plain->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     }
     if (ComboBox* variables = comboBox(IDC_EDIT_TEMPLATE_VARIABLE)) {
         for (const QString& name : sortedVariableNames())
