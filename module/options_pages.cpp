@@ -1,6 +1,8 @@
 #include "module/options_pages.h"
 
 #include "module/module_state.h"
+#include "settings/receiving_page.h"
+#include "settings/sending_page.h"
 #include "settings/signature_page.h"
 
 namespace tessaly::sms {
@@ -17,6 +19,8 @@ public:
 // Add a page here: its kind and its maker. Kinds without an entry have no tab.
 constexpr OptionsPageFactory kPages[] = {
     {OptionsPageKind::Signature, &SignaturePage::make},
+    {OptionsPageKind::Sending, &SendingPage::make},
+    {OptionsPageKind::Receiving, &ReceivingPage::make},
 };
 
 } // namespace
