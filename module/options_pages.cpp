@@ -4,6 +4,7 @@
 #include "settings/receiving_page.h"
 #include "settings/sending_page.h"
 #include "settings/signature_page.h"
+#include "templates/template_pages.h"
 
 namespace tessaly::sms {
 
@@ -21,6 +22,8 @@ constexpr OptionsPageFactory kPages[] = {
     {OptionsPageKind::Signature, &SignaturePage::make},
     {OptionsPageKind::Sending, &SendingPage::make},
     {OptionsPageKind::Receiving, &ReceivingPage::make},
+    {OptionsPageKind::Templates, &TemplatesPage::make},
+    {OptionsPageKind::Variables, &VariablesPage::make},
 };
 
 } // namespace

@@ -17,44 +17,53 @@ namespace {
 
 constexpr int kKindColumnWidth = 80;
 
-// Both pages have no menu of their own and no text to type.
-void showPageBars(Dialog& page) {
-    if (PropertySheet* sheet = static_cast<PropertyPage&>(page).sheet())
-        if (CommandBar* bar = sheet->commandBar())
-            bar->clearMenu();
-    Shell::current().sipPreference(page.window(), SIP_DOWN);
-}
-
 } // namespace
 
 // ---- Templates ----
 
-TemplatesPage::TemplatesPage(SmsSettings& settings)
-    : PropertyPage(IDD_PAGE_TEMPLATES)
-    , settings_(settings) {}
+TemplatesPage::TemplatesPage(OptionsEnvironment& environment)
+    : CPpOptions(IDD_PAGE_TEMPLATES, 0, SIP_FORCEDOWN)
+    , environment_(environment) {}
+
+std::unique_ptr<PropertyPage> TemplatesPage::make(OptionsEnvironment& environment) {
+    return std::make_unique<TemplatesPage>(environment);
+}
 
 bool TemplatesPage::onInitDialog() {
-    checkItem(IDC_TEMPLATES_INSERT_GREETING,
-              settings_.insertGreeting ? BST_CHECKED : BST_UNCHECKED);
-    checkItem(IDC_TEMPLATES_INSERT_SIGNATURE,
-              settings_.insertSignature ? BST_CHECKED : BST_UNCHECKED);
     if (ListView* list = listView(IDC_TEMPLATES_LIST)) {
         list->setExtendedStyle(LVS_EX_FULLROWSELECT);
         list->insertColumn(0, QString(), 0);
         list->setLastColumnFillsWidth(true);
     }
+    // The list comes from the store, which needs no preferences of the library.
     reloadList();
+    return CPpOptions::onInitDialog();
+}
+
+bool TemplatesPage::dataLoad() {
+    const SmsSettings& settings = environment_.settings();
+    checkItem(IDC_TEMPLATES_INSERT_GREETING, settings.insertGreeting ? BST_CHECKED : BST_UNCHECKED);
+    checkItem(IDC_TEMPLATES_INSERT_SIGNATURE,
+              settings.insertSignature ? BST_CHECKED : BST_UNCHECKED);
     return true;
 }
 
-bool TemplatesPage::onSetActive() {
-    showPageBars(*this);
+bool TemplatesPage::dataSave() {
+    SmsSettings& settings = environment_.settings();
+    settings.insertGreeting = isItemChecked(IDC_TEMPLATES_INSERT_GREETING) == BST_CHECKED;
+    settings.insertSignature = isItemChecked(IDC_TEMPLATES_INSERT_SIGNATURE) == BST_CHECKED;
     return true;
 }
 
-bool TemplatesPage::onKillActive() {
-    settings_.insertGreeting = isItemChecked(IDC_TEMPLATES_INSERT_GREETING) == BST_CHECKED;
-    settings_.insertSignature = isItemChecked(IDC_TEMPLATES_INSERT_SIGNATURE) == BST_CHECKED;
+bool TemplatesPage::dataSetDefault() {
+    if (restoreFactoryTemplates(false, window())) {
+        const SmsSettings defaults;
+        checkItem(IDC_TEMPLATES_INSERT_GREETING,
+                  defaults.insertGreeting ? BST_CHECKED : BST_UNCHECKED);
+        checkItem(IDC_TEMPLATES_INSERT_SIGNATURE,
+                  defaults.insertSignature ? BST_CHECKED : BST_UNCHECKED);
+    }
+    reloadList();
     return true;
 }
 
@@ -91,15 +100,8 @@ void TemplatesPage::onCommand(int id) {
     case IDC_TEMPLATES_NEW:
         newTemplate();
         break;
-    case IDC_TEMPLATES_FACTORY_SETTINGS:
-        if (restoreFactoryTemplates(false, window())) {
-            checkItem(IDC_TEMPLATES_INSERT_GREETING, BST_CHECKED);
-            checkItem(IDC_TEMPLATES_INSERT_SIGNATURE, BST_CHECKED);
-        }
-        reloadList();
-        break;
     default:
-        PropertyPage::onCommand(id);
+        CPpOptions::onCommand(id);
     }
 }
 
@@ -141,7 +143,25 @@ void TemplatesPage::onListTapAndHold(int id, int row, QPoint screenPos) {
 // ---- Variables ----
 
 VariablesPage::VariablesPage()
-    : PropertyPage(IDD_PAGE_VARIABLES) {}
+    : CPpOptions(IDD_PAGE_VARIABLES, 0, SIP_FORCEDOWN) {}
+
+std::unique_ptr<PropertyPage> VariablesPage::make(OptionsEnvironment&) {
+    return std::make_unique<VariablesPage>();
+}
+
+bool VariablesPage::dataLoad() {
+    return true;
+}
+
+bool VariablesPage::dataSave() {
+    return true;
+}
+
+bool VariablesPage::dataSetDefault() {
+    restoreFactoryVariables(false, window());
+    reloadList();
+    return true;
+}
 
 bool VariablesPage::onInitDialog() {
     if (ListView* list = listView(IDC_VARIABLES_LIST)) {
@@ -151,12 +171,7 @@ bool VariablesPage::onInitDialog() {
         list->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
     }
     reloadList();
-    return true;
-}
-
-bool VariablesPage::onSetActive() {
-    showPageBars(*this);
-    return true;
+    return CPpOptions::onInitDialog();
 }
 
 void VariablesPage::reloadList(const QString& select) {
@@ -198,12 +213,8 @@ void VariablesPage::onCommand(int id) {
     case IDC_VARIABLES_NEW:
         newVariable();
         break;
-    case IDC_VARIABLES_FACTORY_SETTINGS:
-        restoreFactoryVariables(false, window());
-        reloadList();
-        break;
     default:
-        PropertyPage::onCommand(id);
+        CPpOptions::onCommand(id);
     }
 }
 

@@ -3,18 +3,28 @@
 // The Templates and Variables pages of the options sheet. Their lists are read from the store
 // and every change (an edit dialog's save, Delete, Factory Settings) is written to it at once;
 // the Templates page's two check boxes show the settings record's insert-greeting and
-// insert-signature flags and write them back when the page is left.
+// insert-signature flags and write them back when the page is left. Neither page has a menu
+// or a text field: the command bar stays empty and the input panel goes down.
 
-#include "framework/ui/property_sheet.h"
+#include "settings/options_page.h"
+#include "settings/options_sheet.h"
 
-class SmsSettings;
+#include <memory>
 
 namespace tessaly::sms {
 
-class TemplatesPage : public PropertyPage {
+class TemplatesPage final : public CPpOptions {
 public:
-    // `settings` must outlive the page.
-    explicit TemplatesPage(SmsSettings& settings);
+    // The environment must outlive the page.
+    explicit TemplatesPage(OptionsEnvironment& environment);
+    static std::unique_ptr<PropertyPage> make(OptionsEnvironment& environment);
+
+    // The check boxes from the settings record; to it when the page is left.
+    bool dataLoad() override;
+    bool dataSave() override;
+    // "Factory Settings": after its question, the nine factory templates replace the user's,
+    // and both check boxes are set again.
+    bool dataSetDefault() override;
 
     // Fills the list again from the store, names in code-point order.
     void reloadList();
@@ -24,8 +34,6 @@ public:
 
 protected:
     bool onInitDialog() override;
-    bool onSetActive() override;
-    bool onKillActive() override;
     void onCommand(int id) override;
     void onListClick(int id, int row, int column) override;
     void onListKeyDown(int id, int virtualKey) override;
@@ -34,12 +42,20 @@ protected:
 private:
     QString nameAt(int row) const;
 
-    SmsSettings& settings_;
+    OptionsEnvironment& environment_;
 };
 
-class VariablesPage : public PropertyPage {
+class VariablesPage final : public CPpOptions {
 public:
     VariablesPage();
+    static std::unique_ptr<PropertyPage> make(OptionsEnvironment& environment);
+
+    // The list is the page's only control; it is read in the initialisation and after every
+    // change, and nothing waits to be stored when the page is left.
+    bool dataLoad() override;
+    bool dataSave() override;
+    // "Factory Settings": after its question, the eleven factory variables replace the user's.
+    bool dataSetDefault() override;
 
     // Fills the list again (names in code-point order, with their kind) and selects `select`
     // when it is listed.
@@ -49,7 +65,6 @@ public:
 
 protected:
     bool onInitDialog() override;
-    bool onSetActive() override;
     void onCommand(int id) override;
     void onListClick(int id, int row, int column) override;
     void onListKeyDown(int id, int virtualKey) override;

@@ -12,6 +12,7 @@
 #include "templates/template_editors.h"
 #include "templates/template_pages.h"
 #include "templates/template_store.h"
+#include "tests/settings/options_fixture.h"
 #include "tests/testkit/qstring_printer.h"
 #include "tests/testkit/window_test.h"
 
@@ -64,20 +65,20 @@ protected:
         options.databasePath = QStringLiteral(":memory:");
         ASSERT_TRUE(tessaly::telephony::open(options).isOk());
 
-        // Pages find their templates in the resources in force when they are made.
-        templatesPage = std::make_unique<tessaly::sms::TemplatesPage>(settings);
-        variablesPage_ = std::make_unique<tessaly::sms::VariablesPage>();
-        sheet = std::make_unique<tessaly::PropertySheet>(QStringLiteral("SMS"));
-        sheet->addPage(templatesPage.get());
-        sheet->addPage(variablesPage_.get());
+        // The two pages as the module adds them, in a sheet of their own.
+        static constexpr tessaly::sms::OptionsPageFactory pages[] = {
+            {tessaly::sms::OptionsPageKind::Variables, &tessaly::sms::VariablesPage::make},
+            {tessaly::sms::OptionsPageKind::Templates, &tessaly::sms::TemplatesPage::make},
+        };
+        sheet = std::make_unique<tessaly::sms::OptionsSheet>(nullptr, environment, pages);
         ASSERT_TRUE(sheet->create());
         sheet->showWindow(SW_SHOW);
+        templatesPage = static_cast<tessaly::sms::TemplatesPage*>(sheet->page(0));
+        variablesPage_ = static_cast<tessaly::sms::VariablesPage*>(sheet->page(1));
     }
     void TearDown() override {
         WindowTest::TearDown();
         sheet.reset();
-        variablesPage_.reset();
-        templatesPage.reset();
         tessaly::telephony::close();
         tessaly::setCurrentResources(previousResources_);
         tessaly::releaseRegistryHives();
@@ -88,10 +89,11 @@ protected:
         return *variablesPage_;
     }
 
-    SmsSettings settings;
-    std::unique_ptr<tessaly::sms::TemplatesPage> templatesPage;
-    std::unique_ptr<tessaly::sms::VariablesPage> variablesPage_;
-    std::unique_ptr<tessaly::PropertySheet> sheet;
+    options_test::RecordingEnvironment environment;
+    SmsSettings& settings = environment.record;
+    std::unique_ptr<tessaly::sms::OptionsSheet> sheet;
+    tessaly::sms::TemplatesPage* templatesPage = nullptr;
+    tessaly::sms::VariablesPage* variablesPage_ = nullptr;
 
 private:
     const tessaly::ResourceScript* previousResources_ = nullptr;
@@ -223,12 +225,12 @@ TEST_F(TemplatePagesTest, FactorySettingsBringTheNineTemplatesBack) {
     ASSERT_TRUE(testkit::click(*templatesPage, IDC_TEMPLATES_INSERT_SIGNATURE));
 
     user.answerBox(IDCANCEL);
-    ASSERT_TRUE(testkit::click(*templatesPage, IDC_TEMPLATES_FACTORY_SETTINGS));
+    ASSERT_TRUE(testkit::click(*templatesPage, IDC_FACTORY_SETTINGS));
     EXPECT_EQ(rowsOf(*templatesPage, IDC_TEMPLATES_LIST).size(), 9);
     EXPECT_EQ(templatesPage->isItemChecked(IDC_TEMPLATES_INSERT_SIGNATURE), BST_UNCHECKED);
 
     user.answerBox(IDOK);
-    ASSERT_TRUE(testkit::click(*templatesPage, IDC_TEMPLATES_FACTORY_SETTINGS));
+    ASSERT_TRUE(testkit::click(*templatesPage, IDC_FACTORY_SETTINGS));
     EXPECT_EQ(user.boxes().back().text,
               "Restores the specified templates (factory settings)\nand deletes the "
               "user-defined templates!");
@@ -375,7 +377,7 @@ TEST_F(TemplatePagesTest, DeletingDateChangesNothingDeletingGreetingRemovesIt) {
     TemplateStore::writeVariable({"Mood", "sad", {"sad"}});
     TemplateStore::registerUserVariable("Mood");
     user.answerBox(IDOK);
-    ASSERT_TRUE(testkit::click(page, IDC_VARIABLES_FACTORY_SETTINGS));
+    ASSERT_TRUE(testkit::click(page, IDC_FACTORY_SETTINGS));
     EXPECT_EQ(user.boxes().back().text,
               "Restores specified variables (factory settings)\nand deletes user-defined "
               "variables!");
