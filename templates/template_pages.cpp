@@ -19,10 +19,32 @@ constexpr int kKindColumnWidth = 80;
 
 } // namespace
 
+// ---- Both pages ----
+
+StoreListPage::StoreListPage(int templateId, int listId)
+    : CPpOptions(templateId, 0, SIP_FORCEDOWN)
+    , listId_(listId) {}
+
+QString StoreListPage::nameAt(int row) const {
+    ListView* list = listView(listId_);
+    return list && row >= 0 && row < list->itemCount() ? list->itemText(row, 0) : QString();
+}
+
+void StoreListPage::onListClick(int id, int row, int) {
+    if (id == listId_)
+        openEditor(row);
+}
+
+void StoreListPage::onListKeyDown(int id, int virtualKey) {
+    if (id == listId_ && virtualKey == VK_RETURN)
+        if (ListView* list = listView(id))
+            openEditor(list->selectedRow());
+}
+
 // ---- Templates ----
 
 TemplatesPage::TemplatesPage(OptionsEnvironment& environment)
-    : CPpOptions(IDD_PAGE_TEMPLATES, 0, SIP_FORCEDOWN)
+    : StoreListPage(IDD_PAGE_TEMPLATES, IDC_TEMPLATES_LIST)
     , environment_(environment) {}
 
 std::unique_ptr<PropertyPage> TemplatesPage::make(OptionsEnvironment& environment) {
@@ -37,7 +59,7 @@ bool TemplatesPage::onInitDialog() {
     }
     // The list comes from the store, which needs no preferences of the library.
     reloadList();
-    return CPpOptions::onInitDialog();
+    return StoreListPage::onInitDialog();
 }
 
 bool TemplatesPage::dataLoad() {
@@ -77,11 +99,6 @@ void TemplatesPage::reloadList() {
         list->insertItem(row, names[row]);
 }
 
-QString TemplatesPage::nameAt(int row) const {
-    ListView* list = listView(IDC_TEMPLATES_LIST);
-    return list && row >= 0 && row < list->itemCount() ? list->itemText(row, 0) : QString();
-}
-
 void TemplatesPage::newTemplate() {
     EditTemplateDialog(this).doModal();
     reloadList();
@@ -101,19 +118,8 @@ void TemplatesPage::onCommand(int id) {
         newTemplate();
         break;
     default:
-        CPpOptions::onCommand(id);
+        StoreListPage::onCommand(id);
     }
-}
-
-void TemplatesPage::onListClick(int id, int row, int) {
-    if (id == IDC_TEMPLATES_LIST)
-        editTemplate(row);
-}
-
-void TemplatesPage::onListKeyDown(int id, int virtualKey) {
-    if (id == IDC_TEMPLATES_LIST && virtualKey == VK_RETURN)
-        if (ListView* list = listView(id))
-            editTemplate(list->selectedRow());
 }
 
 void TemplatesPage::onListTapAndHold(int id, int row, QPoint screenPos) {
@@ -143,7 +149,7 @@ void TemplatesPage::onListTapAndHold(int id, int row, QPoint screenPos) {
 // ---- Variables ----
 
 VariablesPage::VariablesPage()
-    : CPpOptions(IDD_PAGE_VARIABLES, 0, SIP_FORCEDOWN) {}
+    : StoreListPage(IDD_PAGE_VARIABLES, IDC_VARIABLES_LIST) {}
 
 std::unique_ptr<PropertyPage> VariablesPage::make(OptionsEnvironment&) {
     return std::make_unique<VariablesPage>();
@@ -171,7 +177,7 @@ bool VariablesPage::onInitDialog() {
         list->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
     }
     reloadList();
-    return CPpOptions::onInitDialog();
+    return StoreListPage::onInitDialog();
 }
 
 void VariablesPage::reloadList(const QString& select) {
@@ -188,11 +194,6 @@ void VariablesPage::reloadList(const QString& select) {
             list->ensureVisible(row);
         }
     }
-}
-
-QString VariablesPage::nameAt(int row) const {
-    ListView* list = listView(IDC_VARIABLES_LIST);
-    return list && row >= 0 && row < list->itemCount() ? list->itemText(row, 0) : QString();
 }
 
 void VariablesPage::newVariable() {
@@ -214,19 +215,8 @@ void VariablesPage::onCommand(int id) {
         newVariable();
         break;
     default:
-        CPpOptions::onCommand(id);
+        StoreListPage::onCommand(id);
     }
-}
-
-void VariablesPage::onListClick(int id, int row, int) {
-    if (id == IDC_VARIABLES_LIST)
-        editVariable(row);
-}
-
-void VariablesPage::onListKeyDown(int id, int virtualKey) {
-    if (id == IDC_VARIABLES_LIST && virtualKey == VK_RETURN)
-        if (ListView* list = listView(id))
-            editVariable(list->selectedRow());
 }
 
 void VariablesPage::onListTapAndHold(int id, int row, QPoint screenPos) {

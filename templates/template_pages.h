@@ -13,7 +13,24 @@
 
 namespace tessaly::sms {
 
-class TemplatesPage final : public CPpOptions {
+// What both pages share: a list of names from the store, whose row opens its editor on a tap
+// or on Enter.
+class StoreListPage : public CPpOptions {
+public:
+    // The name in `row` of the list, or empty text.
+    QString nameAt(int row) const;
+
+protected:
+    StoreListPage(int templateId, int listId);
+    virtual void openEditor(int row) = 0;
+    void onListClick(int id, int row, int column) override;
+    void onListKeyDown(int id, int virtualKey) override;
+
+private:
+    int listId_;
+};
+
+class TemplatesPage final : public StoreListPage {
 public:
     // The environment must outlive the page.
     explicit TemplatesPage(OptionsEnvironment& environment);
@@ -35,17 +52,14 @@ public:
 protected:
     bool onInitDialog() override;
     void onCommand(int id) override;
-    void onListClick(int id, int row, int column) override;
-    void onListKeyDown(int id, int virtualKey) override;
+    void openEditor(int row) override { editTemplate(row); }
     void onListTapAndHold(int id, int row, QPoint screenPos) override;
 
 private:
-    QString nameAt(int row) const;
-
     OptionsEnvironment& environment_;
 };
 
-class VariablesPage final : public CPpOptions {
+class VariablesPage final : public StoreListPage {
 public:
     VariablesPage();
     static std::unique_ptr<PropertyPage> make(OptionsEnvironment& environment);
@@ -66,12 +80,8 @@ public:
 protected:
     bool onInitDialog() override;
     void onCommand(int id) override;
-    void onListClick(int id, int row, int column) override;
-    void onListKeyDown(int id, int virtualKey) override;
+    void openEditor(int row) override { editVariable(row); }
     void onListTapAndHold(int id, int row, QPoint screenPos) override;
-
-private:
-    QString nameAt(int row) const;
 };
 
 } // namespace tessaly::sms

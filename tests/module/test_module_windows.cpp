@@ -164,10 +164,12 @@ TEST_F(ModuleWindows, ToolsOptionsOpensTheSheetAndItsSignatureReachesTheStore) {
     user.runModal([](tessaly::Dialog& sheet) {
         auto& options = static_cast<tessaly::sms::OptionsSheet&>(sheet);
         EXPECT_EQ(options.title(), QStringLiteral("Options"));
-        EXPECT_EQ(options.pageKinds(), (std::vector<tessaly::sms::OptionsPageKind>{
-                                           tessaly::sms::OptionsPageKind::Signature,
-                                           tessaly::sms::OptionsPageKind::Sending,
-                                           tessaly::sms::OptionsPageKind::Receiving}));
+        EXPECT_EQ(
+            options.pageKinds(),
+            (std::vector<tessaly::sms::OptionsPageKind>{
+                tessaly::sms::OptionsPageKind::Signature, tessaly::sms::OptionsPageKind::Sending,
+                tessaly::sms::OptionsPageKind::Receiving, tessaly::sms::OptionsPageKind::Templates,
+                tessaly::sms::OptionsPageKind::Variables}));
         EXPECT_TRUE(
             testkit::type(*options.page(0), IDC_SIGNATURE_FIRST_NAME, QStringLiteral("Ada")));
         options.sendCommand(IDOK);

@@ -41,6 +41,14 @@ int rowOf(Dialog& page, int listId, const QString& name) {
     return int(rowsOf(page, listId).indexOf(name));
 }
 
+// A tap, or the stylus held, on the row that shows `name`.
+bool tapRow(Dialog& page, int listId, const QString& name) {
+    return testkit::select(page, listId, rowOf(page, listId, name));
+}
+bool holdRow(Dialog& page, int listId, const QString& name) {
+    return testkit::tapAndHold(page, listId, rowOf(page, listId, name));
+}
+
 // Types into the in-place editor of the value row being edited and presses Enter.
 void typeIntoValueRow(Dialog& dialog, const QString& text) {
     tessaly::ListView* values = dialog.listView(IDC_EDIT_VARIABLE_VALUES);
@@ -181,8 +189,7 @@ TEST_F(TemplatePagesTest, ATemplateIsChangedRenamedAndDeletedFromTheList) {
             editor.sendCommand(IDOK);
         })
         .answerBox(IDOK);
-    ASSERT_TRUE(testkit::select(*templatesPage, IDC_TEMPLATES_LIST,
-                                rowOf(*templatesPage, IDC_TEMPLATES_LIST, "Will be late")));
+    ASSERT_TRUE(tapRow(*templatesPage, IDC_TEMPLATES_LIST, "Will be late"));
     EXPECT_EQ(TemplateStore::readTemplate("Will be late"),
               "I will be [Time span:30 minutes] late. Sorry!");
 
@@ -193,8 +200,7 @@ TEST_F(TemplatePagesTest, ATemplateIsChangedRenamedAndDeletedFromTheList) {
             editor.sendCommand(IDOK);
         })
         .answerBox(IDOK);
-    ASSERT_TRUE(testkit::tapAndHold(*templatesPage, IDC_TEMPLATES_LIST,
-                                    rowOf(*templatesPage, IDC_TEMPLATES_LIST, "Will be late")));
+    ASSERT_TRUE(holdRow(*templatesPage, IDC_TEMPLATES_LIST, "Will be late"));
     EXPECT_EQ(user.menus().back().items.size(), 3u);
     EXPECT_EQ(rowOf(*templatesPage, IDC_TEMPLATES_LIST, "Will be late"), -1);
     EXPECT_EQ(TemplateStore::readTemplate("Running late"),
@@ -206,14 +212,12 @@ TEST_F(TemplatePagesTest, ATemplateIsChangedRenamedAndDeletedFromTheList) {
             editor.sendCommand(IDOK);
         })
         .answerBox(IDCANCEL);
-    ASSERT_TRUE(testkit::select(*templatesPage, IDC_TEMPLATES_LIST,
-                                rowOf(*templatesPage, IDC_TEMPLATES_LIST, "Running late")));
+    ASSERT_TRUE(tapRow(*templatesPage, IDC_TEMPLATES_LIST, "Running late"));
     EXPECT_EQ(TemplateStore::readTemplate("Running late"),
               "I will be [Time span:30 minutes] late. Sorry!");
 
     user.chooseMenu(IDM_CONTEXT_DELETE);
-    ASSERT_TRUE(testkit::tapAndHold(*templatesPage, IDC_TEMPLATES_LIST,
-                                    rowOf(*templatesPage, IDC_TEMPLATES_LIST, "Running late")));
+    ASSERT_TRUE(holdRow(*templatesPage, IDC_TEMPLATES_LIST, "Running late"));
     EXPECT_EQ(rowOf(*templatesPage, IDC_TEMPLATES_LIST, "Running late"), -1);
     EXPECT_FALSE(TemplateStore::templateNames().contains("Running late"));
 }
@@ -320,8 +324,7 @@ TEST_F(TemplatePagesTest, AVariableIsChangedAndRenamedWithItsPlaceholders) {
         .chooseMenu(IDM_CONTEXT_DELETE)
         .chooseMenu(IDM_CONTEXT_EDIT)
         .answerBox(IDOK);
-    ASSERT_TRUE(
-        testkit::select(page, IDC_VARIABLES_LIST, rowOf(page, IDC_VARIABLES_LIST, "Greeting")));
+    ASSERT_TRUE(tapRow(page, IDC_VARIABLES_LIST, "Greeting"));
 
     EXPECT_EQ(TemplateStore::readVariable("Salute"),
               (VariableDefinition{
@@ -358,8 +361,7 @@ TEST_F(TemplatePagesTest, DeletingDateChangesNothingDeletingGreetingRemovesIt) {
     Dialog& page = variablesPage();
     const QStringList before = rowsOf(page, IDC_VARIABLES_LIST);
     user.chooseMenu(IDM_CONTEXT_DELETE);
-    ASSERT_TRUE(
-        testkit::tapAndHold(page, IDC_VARIABLES_LIST, rowOf(page, IDC_VARIABLES_LIST, "Date")));
+    ASSERT_TRUE(holdRow(page, IDC_VARIABLES_LIST, "Date"));
     // Only "Delete" is offered.
     ASSERT_EQ(user.menus().back().items.size(), 1u);
     EXPECT_EQ(user.menus().back().items[0].id, IDM_CONTEXT_DELETE);
@@ -368,8 +370,7 @@ TEST_F(TemplatePagesTest, DeletingDateChangesNothingDeletingGreetingRemovesIt) {
     EXPECT_EQ(page.listView(IDC_VARIABLES_LIST)->selectedRow(), -1);
 
     user.chooseMenu(IDM_CONTEXT_DELETE);
-    ASSERT_TRUE(
-        testkit::tapAndHold(page, IDC_VARIABLES_LIST, rowOf(page, IDC_VARIABLES_LIST, "Greeting")));
+    ASSERT_TRUE(holdRow(page, IDC_VARIABLES_LIST, "Greeting"));
     EXPECT_EQ(rowOf(page, IDC_VARIABLES_LIST, "Greeting"), -1);
     EXPECT_FALSE(TemplateStore::variableNames().contains("Greeting"));
 
@@ -395,8 +396,7 @@ TEST_F(TemplatePagesTest, PicturesOfThePagesAndDialogs) {
         EXPECT_TRUE(testkit::saveScreenshot(
             editor, testkit::testOutputPath(QStringLiteral("templates_edit_template.png"))));
     });
-    ASSERT_TRUE(testkit::select(*templatesPage, IDC_TEMPLATES_LIST,
-                                rowOf(*templatesPage, IDC_TEMPLATES_LIST, "Meeting")));
+    ASSERT_TRUE(tapRow(*templatesPage, IDC_TEMPLATES_LIST, "Meeting"));
 
     Dialog& page = variablesPage();
     ASSERT_TRUE(testkit::saveScreenshot(
@@ -405,7 +405,7 @@ TEST_F(TemplatePagesTest, PicturesOfThePagesAndDialogs) {
         EXPECT_TRUE(testkit::saveScreenshot(
             editor, testkit::testOutputPath(QStringLiteral("templates_edit_variable.png"))));
     });
-    ASSERT_TRUE(testkit::select(page, IDC_VARIABLES_LIST, rowOf(page, IDC_VARIABLES_LIST, "Time")));
+    ASSERT_TRUE(tapRow(page, IDC_VARIABLES_LIST, "Time"));
 }
 
 } // namespace
