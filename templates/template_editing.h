@@ -14,6 +14,12 @@ class QWidget;
 
 namespace tessaly::sms {
 
+// The longest names the editors take: a template's name must fit the lists' 522-character name
+// buffer with its terminating zero (a longer one would end the listing), and a variable's name
+// is a registry key name, at most 255 characters (a longer one could not be written).
+constexpr int kLongestTemplateName = 521;
+constexpr int kLongestVariableName = 255;
+
 // Ascending, case-sensitive, by code point: "Zebra" before "apple".
 QStringList sortedByCodePoint(QStringList names);
 QStringList sortedTemplateNames();

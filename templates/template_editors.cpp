@@ -50,6 +50,8 @@ EditTemplateDialog::EditTemplateDialog(const QString& name, Dialog* parent)
 
 bool EditTemplateDialog::onInitDialog() {
     setItemText(IDC_EDIT_TEMPLATE_NAME, edit_.loadedName);
+    if (Edit* name = edit(IDC_EDIT_TEMPLATE_NAME))
+        name->setLimitText(kLongestTemplateName);
     if (Edit* body = edit(IDC_EDIT_TEMPLATE_BODY)) {
         body->setText(PlaceholderExpander::templateToComposerText(edit_.loadedBody));
         // As the edit gives it back (line breaks as "\r\n"), so that an untouched body is
@@ -114,8 +116,10 @@ EditVariableDialog::EditVariableDialog(const QString& name, Dialog* parent)
 
 bool EditVariableDialog::onInitDialog() {
     setItemText(IDC_EDIT_VARIABLE_NAME, edit_.loadedName);
-    if (Edit* name = edit(IDC_EDIT_VARIABLE_NAME))
+    if (Edit* name = edit(IDC_EDIT_VARIABLE_NAME)) {
         name->setReadOnly(!edit_.list.isExtendable());
+        name->setLimitText(kLongestVariableName);
+    }
     if (ListView* values = listView(IDC_EDIT_VARIABLE_VALUES)) {
         values->setExtendedStyle(LVS_EX_GRIDLINES | LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT);
         values->insertColumn(0, QString(), 0);

@@ -262,6 +262,10 @@ TEST_F(TemplatePagesTest, ANewVariableNeedsANameAndValues) {
     user.runModal([&](Dialog& editor) {
             EXPECT_EQ(editor.templateId(), IDD_EDIT_VARIABLE);
             EXPECT_EQ(rowsOf(editor, IDC_EDIT_VARIABLE_VALUES), QStringList{"<<New value>>"});
+            // A name longer than a registry key name could not be stored: typing stops there.
+            testkit::type(editor, IDC_EDIT_VARIABLE_NAME, QString(300, u'x'));
+            EXPECT_EQ(editor.itemText(IDC_EDIT_VARIABLE_NAME).size(), 255);
+            editor.edit(IDC_EDIT_VARIABLE_NAME)->setText(QString());
             editor.sendCommand(IDOK); // no name
             testkit::type(editor, IDC_EDIT_VARIABLE_NAME, "Mood");
             editor.sendCommand(IDOK); // no values
@@ -391,6 +395,9 @@ TEST_F(TemplatePagesTest, PicturesOfThePagesAndDialogs) {
     ASSERT_TRUE(testkit::saveScreenshot(
         *sheet, testkit::testOutputPath(QStringLiteral("templates_page.png"))));
     user.runModal([](Dialog& editor) {
+        tessaly::Edit* body = editor.edit(IDC_EDIT_TEMPLATE_BODY);
+        body->setCaretPos(body->textLength());
+        testkit::type(editor, IDC_EDIT_TEMPLATE_BODY, "\n");
         testkit::select(editor, IDC_EDIT_TEMPLATE_VARIABLE,
                         editor.comboBox(IDC_EDIT_TEMPLATE_VARIABLE)->findStringExact(-1, "Ending"));
         EXPECT_TRUE(testkit::saveScreenshot(
@@ -405,7 +412,7 @@ TEST_F(TemplatePagesTest, PicturesOfThePagesAndDialogs) {
         EXPECT_TRUE(testkit::saveScreenshot(
             editor, testkit::testOutputPath(QStringLiteral("templates_edit_variable.png"))));
     });
-    ASSERT_TRUE(tapRow(page, IDC_VARIABLES_LIST, "Time"));
+    ASSERT_TRUE(tapRow(page, IDC_VARIABLES_LIST, "Greeting"));
 }
 
 } // namespace
