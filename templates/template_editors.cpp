@@ -11,13 +11,15 @@
 #include <QAbstractScrollArea>
 #include <QHeaderView>
 
+#include <algorithm>
+
 namespace tessaly::sms {
 
 namespace {
 
 // Posted after a row of the value list changed, so that the list is filled again once the
 // in-place editor or the check box has finished with its item.
-constexpr UINT kRefillValues = 0x8000 + 1; // WM_APP + 1
+constexpr UINT kRefillValues = WM_APP + 1;
 
 constexpr int kMarkColumnWidth = 20;
 constexpr char16_t kMark = u'\u25CF';
