@@ -12,6 +12,7 @@
 #include "templates/template_editors.h"
 #include "templates/template_pages.h"
 #include "templates/template_store.h"
+#include "templates/value_menu.h"
 #include "tests/settings/options_fixture.h"
 #include "tests/testkit/qstring_printer.h"
 #include "tests/testkit/window_test.h"
@@ -193,18 +194,22 @@ TEST_F(TemplatePagesTest, ATemplateIsChangedRenamedAndDeletedFromTheList) {
     EXPECT_EQ(TemplateStore::readTemplate("Will be late"),
               "I will be [Time span:30 minutes] late. Sorry!");
 
-    // "Edit" of the tap-and-hold menu; a new name replaces the old one.
+    // "Edit" of the tap-and-hold menu; a new name replaces the old one. The body's value menu
+    // picks another value; the placeholder keeps the template's spelling of its name.
     user.chooseMenu(IDM_CONTEXT_EDIT)
         .runModal([&](Dialog& editor) {
             editor.edit(IDC_EDIT_TEMPLATE_NAME)->setText("Running late");
+            ASSERT_TRUE(testkit::tapAndHoldText(editor, IDC_EDIT_TEMPLATE_BODY, 13));
+            EXPECT_EQ(editor.itemText(IDC_EDIT_TEMPLATE_BODY), "I will be <1 hour> late. Sorry!");
             editor.sendCommand(IDOK);
         })
+        .chooseMenu(tessaly::sms::ValueMenu::kFirstValueCommand + 2)
         .answerBox(IDOK);
     ASSERT_TRUE(holdRow(*templatesPage, IDC_TEMPLATES_LIST, "Will be late"));
-    EXPECT_EQ(user.menus().back().items.size(), 3u);
+    EXPECT_EQ(user.menus().front().items.size(), 3u);
     EXPECT_EQ(rowOf(*templatesPage, IDC_TEMPLATES_LIST, "Will be late"), -1);
     EXPECT_EQ(TemplateStore::readTemplate("Running late"),
-              "I will be [Time span:30 minutes] late. Sorry!");
+              "I will be [Time span:1 hour] late. Sorry!");
 
     // A change answered with Cancel is not saved.
     user.runModal([&](Dialog& editor) {
@@ -214,7 +219,7 @@ TEST_F(TemplatePagesTest, ATemplateIsChangedRenamedAndDeletedFromTheList) {
         .answerBox(IDCANCEL);
     ASSERT_TRUE(tapRow(*templatesPage, IDC_TEMPLATES_LIST, "Running late"));
     EXPECT_EQ(TemplateStore::readTemplate("Running late"),
-              "I will be [Time span:30 minutes] late. Sorry!");
+              "I will be [Time span:1 hour] late. Sorry!");
 
     user.chooseMenu(IDM_CONTEXT_DELETE);
     ASSERT_TRUE(holdRow(*templatesPage, IDC_TEMPLATES_LIST, "Running late"));
