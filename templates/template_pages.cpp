@@ -197,8 +197,10 @@ void VariablesPage::reloadList(const QString& select) {
 }
 
 void VariablesPage::newVariable() {
+    ListView* list = listView(IDC_VARIABLES_LIST);
+    const QString selected = list ? nameAt(list->selectedRow()) : QString();
     EditVariableDialog(this).doModal();
-    reloadList();
+    reloadList(selected);
 }
 
 void VariablesPage::editVariable(int row) {

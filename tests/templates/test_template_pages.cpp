@@ -3,11 +3,7 @@
 
 #include "framework/registry/profile.h"
 #include "framework/registry/registry.h"
-#include "framework/resources/resources.h"
 #include "resources/resource.h"
-#include "resources/sms_resources.h"
-#include "settings/sms_settings.h"
-#include "suite/telephony/telephony.h"
 #include "templates/factory_defaults.h"
 #include "templates/template_editors.h"
 #include "templates/template_pages.h"
@@ -15,7 +11,6 @@
 #include "templates/value_menu.h"
 #include "tests/settings/options_fixture.h"
 #include "tests/testkit/qstring_printer.h"
-#include "tests/testkit/window_test.h"
 
 #include <QAbstractItemView>
 #include <QLineEdit>
@@ -61,18 +56,13 @@ void typeIntoValueRow(Dialog& dialog, const QString& text) {
     testkit::pumpMessages();
 }
 
-class TemplatePagesTest : public testkit::WindowTest {
+class TemplatePagesTest : public options_test::OptionsTest {
 protected:
     void SetUp() override {
-        WindowTest::SetUp();
+        OptionsTest::SetUp();
         tessaly::profile::setRegistryKey(QStringLiteral("Halvern\\Tessaly"));
         tessaly::profile::setProfileName(QStringLiteral("SMS"));
-        previousResources_ = tessaly::currentResources();
-        tessaly::setCurrentResources(&tessaly::sms::resources());
         tessaly::sms::seedFactoryDefaults();
-        tessaly::telephony::Options options;
-        options.databasePath = QStringLiteral(":memory:");
-        ASSERT_TRUE(tessaly::telephony::open(options).isOk());
 
         // The two pages as the module adds them, in a sheet of their own.
         static constexpr tessaly::sms::OptionsPageFactory pages[] = {
@@ -86,10 +76,8 @@ protected:
         variablesPage_ = static_cast<tessaly::sms::VariablesPage*>(sheet->page(1));
     }
     void TearDown() override {
-        WindowTest::TearDown();
+        OptionsTest::TearDown();
         sheet.reset();
-        tessaly::telephony::close();
-        tessaly::setCurrentResources(previousResources_);
         tessaly::releaseRegistryHives();
     }
 
@@ -98,14 +86,10 @@ protected:
         return *variablesPage_;
     }
 
-    options_test::RecordingEnvironment environment;
     SmsSettings& settings = environment.record;
     std::unique_ptr<tessaly::sms::OptionsSheet> sheet;
     tessaly::sms::TemplatesPage* templatesPage = nullptr;
     tessaly::sms::VariablesPage* variablesPage_ = nullptr;
-
-private:
-    const tessaly::ResourceScript* previousResources_ = nullptr;
 };
 
 TEST_F(TemplatePagesTest, TheTemplatesPageListsByCodePointAndKeepsTheFlags) {
