@@ -19,6 +19,8 @@ namespace tessaly::sms {
 // is a registry key name, at most 255 characters (a longer one could not be written).
 constexpr int kLongestTemplateName = 521;
 constexpr int kLongestVariableName = 255;
+// The store counts values with two digits: a 100th value would hide all but the first eleven.
+constexpr int kMostValues = 99;
 
 // Ascending, case-sensitive, by code point: "Zebra" before "apple".
 QStringList sortedByCodePoint(QStringList names);
@@ -29,7 +31,8 @@ QStringList sortedVariableNames();
 QString variableKindText(const QString& name);
 
 // The variable editor's list: the values in order, the one whose check box is set (the
-// default), and for the variables whose values may be extended a last "<<New value>>" row.
+// default), and for the variables whose values may be extended a last "<<New value>>" row
+// while there is room for another value.
 // The computed variables keep their values: only the default can change.
 class VariableValueList {
 public:
@@ -40,8 +43,8 @@ public:
     const QStringList& values() const { return values_; }
     bool isExtendable() const { return extendable_; }
     // Rows of the list, the "<<New value>>" row included.
-    int rowCount() const { return int(values_.size()) + (extendable_ ? 1 : 0); }
-    bool isNewValueRow(int row) const { return extendable_ && row == int(values_.size()); }
+    int rowCount() const { return int(values_.size()) + (hasNewValueRow() ? 1 : 0); }
+    bool isNewValueRow(int row) const { return hasNewValueRow() && row == int(values_.size()); }
     // -1 when no row is checked.
     int defaultRow() const { return defaultRow_; }
     QString defaultValue() const;
@@ -58,6 +61,8 @@ public:
     bool operator==(const VariableValueList&) const = default;
 
 private:
+    bool hasNewValueRow() const { return extendable_ && values_.size() < kMostValues; }
+
     QStringList values_;
     int defaultRow_ = -1;
     bool extendable_ = true;

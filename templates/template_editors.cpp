@@ -26,13 +26,13 @@ constexpr char16_t kMark = u'\u25CF';
 
 } // namespace
 
-int trackContextMenu(Dialog& window, QPoint screenPos, std::initializer_list<int> without) {
+int trackContextMenu(Dialog& window, QPoint screenPos, const std::vector<int>& without) {
     std::optional<Menu> menu = Menu::load(IDR_MENU_CONTEXT);
     if (!menu)
         return 0;
     MenuItem popup = menu->subMenu(0).root();
     std::erase_if(popup.children, [&](const MenuItem& item) {
-        return std::find(without.begin(), without.end(), item.id) != without.end();
+        return std::ranges::find(without, item.id) != without.end();
     });
     return Menu(popup).track(window.window(), screenPos);
 }
@@ -223,13 +223,15 @@ void EditVariableDialog::onListClick(int id, int row, int) {
 void EditVariableDialog::onListTapAndHold(int id, int row, QPoint screenPos) {
     if (id != IDC_EDIT_VARIABLE_VALUES || !edit_.list.isExtendable() || row < 0)
         return;
-    const int command =
-        edit_.list.isNewValueRow(row)
-            ? trackContextMenu(*this, screenPos, {IDM_CONTEXT_EDIT, IDM_CONTEXT_DELETE})
-            : trackContextMenu(*this, screenPos, {});
-    switch (command) {
+    const int newValueRow = edit_.list.rowCount() - 1;
+    std::vector<int> leftOut;
+    if (edit_.list.isNewValueRow(row))
+        leftOut = {IDM_CONTEXT_EDIT, IDM_CONTEXT_DELETE};
+    else if (!edit_.list.isNewValueRow(newValueRow)) // full: no room for another value
+        leftOut = {IDM_CONTEXT_NEW};
+    switch (trackContextMenu(*this, screenPos, leftOut)) {
     case IDM_CONTEXT_NEW:
-        beginEditing(edit_.list.rowCount() - 1);
+        beginEditing(newValueRow);
         break;
     case IDM_CONTEXT_EDIT:
         beginEditing(row);

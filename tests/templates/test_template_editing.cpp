@@ -86,6 +86,13 @@ TEST(VariableValueListTest, RowsChangeAsThePersonEditsThem) {
     EXPECT_TRUE(list.setChecked(0, true));
     EXPECT_TRUE(list.setChecked(0, false));
     EXPECT_EQ(list.defaultRow(), -1);
+
+    // The two-digit count holds 99 values: then "<<New value>>" goes.
+    while (list.values().size() < 99)
+        EXPECT_TRUE(list.setRowText(list.rowCount() - 1, "more"));
+    EXPECT_EQ(list.rowCount(), 99);
+    EXPECT_FALSE(list.isNewValueRow(98));
+    EXPECT_FALSE(list.setRowText(99, "one too many"));
 }
 
 TEST_F(TemplateEditingTest, AComputedVariableKeepsItsValues) {
