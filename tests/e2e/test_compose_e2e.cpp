@@ -80,6 +80,21 @@ protected:
         return found;
     }
 
+    // Starts the module in the phone and opens the main window from the home screen; nullptr
+    // when it did not come.
+    static tessaly::Dialog* openMessages(tessaly::host::PhoneWindow& phone,
+                                         tessaly::host::HostSession& session) {
+        QString error;
+        if (!session.start(QStringLiteral(TESSALY_SMS_MODULE_PATH), &error)) {
+            ADD_FAILURE() << error.toStdString();
+            return nullptr;
+        }
+        phone.homeScreen()->messagesButton()->click();
+        settle();
+        const std::vector<tessaly::Dialog*> main = windowsOf(IDD_MAIN);
+        return main.size() == 1 ? main.front() : nullptr;
+    }
+
     static GSM::Message* newestOutboxMessage() {
         GSM::MessageContainer* outbox =
             GSM::sms.getMessages(GSM::Sms::FolderOutbox, GSM::Sms::SortByDate);
@@ -97,13 +112,9 @@ TEST_F(ComposeEndToEnd, NewMessageIsSentAndReplyAddressesTheSender) {
     tessaly::host::PhoneWindow phone;
     phone.show();
     tessaly::host::HostSession session(&phone);
-    QString error;
-    ASSERT_TRUE(session.start(QStringLiteral(TESSALY_SMS_MODULE_PATH), &error))
-        << error.toStdString();
-    phone.homeScreen()->messagesButton()->click();
-    settle();
-    ASSERT_EQ(windowsOf(IDD_MAIN).size(), 1u);
-    tessaly::Dialog& mainWindow = *windowsOf(IDD_MAIN).front();
+    tessaly::Dialog* opened = openMessages(phone, session);
+    ASSERT_NE(opened, nullptr);
+    tessaly::Dialog& mainWindow = *opened;
 
     // New: the library answers through the host's editMessage with a composer.
     ASSERT_TRUE(testkit::chooseCommand(mainWindow, IDM_MAIN_NEW));
@@ -178,13 +189,9 @@ TEST_F(ComposeEndToEnd, ATemplateMadeInTheEditorIsOfferedAndExpandedWhenSent) {
     tessaly::host::PhoneWindow phone;
     phone.show();
     tessaly::host::HostSession session(&phone);
-    QString error;
-    ASSERT_TRUE(session.start(QStringLiteral(TESSALY_SMS_MODULE_PATH), &error))
-        << error.toStdString();
-    phone.homeScreen()->messagesButton()->click();
-    settle();
-    ASSERT_EQ(windowsOf(IDD_MAIN).size(), 1u);
-    tessaly::Dialog& mainWindow = *windowsOf(IDD_MAIN).front();
+    tessaly::Dialog* opened = openMessages(phone, session);
+    ASSERT_NE(opened, nullptr);
+    tessaly::Dialog& mainWindow = *opened;
 
     user.runModal([&](tessaly::Dialog& sheet) {
             // The fourth tab, after Signature, Sending and Receiving.
