@@ -46,10 +46,9 @@ bool CbMessageView::onInitDialog() {
     setItemText(IDC_CBVIEW_COUNT, countText_);
     setItemText(IDC_CBVIEW_TEXT, text_);
     layoutControls();
-    if (Edit* text = edit(IDC_CBVIEW_TEXT)) {
+    // The whole text selected, from its start: the field opens at the top.
+    if (Edit* text = edit(IDC_CBVIEW_TEXT))
         text->selectAll();
-        text->scrollCaret();
-    }
     return true;
 }
 

@@ -12,6 +12,7 @@ namespace {
 using namespace cb_test;
 using tessaly::Dialog;
 using tessaly::PropertySheet;
+using tessaly::Shell;
 using tessaly::sms::AddChannelDialog;
 using tessaly::sms::CellBroadcastPage;
 namespace testkit = tessaly::testkit;
@@ -85,11 +86,15 @@ protected:
         settle();
     }
 
-    SubscriptionReader subscription() {
+    struct Subscription {
+        Ranges channels;
+        Ranges languages;
+    };
+    static Subscription subscription() {
         SubscriptionReader reader;
         EXPECT_TRUE(GSM::CellBroadcast::getMessageTypes().isOk());
         settle();
-        return reader;
+        return {reader.channels, reader.languages};
     }
 };
 
@@ -249,6 +254,22 @@ TEST_F(CellBroadcastPageTest, TheLibrarysErrorsStandInPlaceOfTheLists) {
                   QStringLiteral("The subscription holds an empty or out-of-range range."));
     });
     EXPECT_EQ(subscription().channels, (Ranges{{50, 51}}));
+}
+
+TEST_F(CellBroadcastPageTest, PicturesOfThePageAndTheAddChannelDialog) {
+    subscribe({{50, 51}, {221, 222}, {4370, 4371}}, {{0, 2}});
+    withPage([&](PropertySheet& sheet, CellBroadcastPage&) {
+        EXPECT_TRUE(testkit::saveScreenshot(
+            sheet, testkit::testOutputPath(QStringLiteral("cb_options_page.png"))));
+        ASSERT_TRUE(testkit::chooseCommand(sheet, IDM_CHANNEL_ADD));
+        tessaly::Dialog* dialog = testkit::findWindow(IDD_ADD_CHANNEL);
+        ASSERT_NE(dialog, nullptr);
+        ASSERT_TRUE(testkit::type(*dialog, IDC_ADD_CHANNEL_NUMBER, QStringLiteral("919")));
+        EXPECT_TRUE(testkit::saveScreenshot(
+            *dialog, testkit::testOutputPath(QStringLiteral("cb_add_channel.png"))));
+        dialog->sendCommand(IDOK);
+        settle();
+    });
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 #include "cellbroadcast/cb_ticker.h"
 #include "framework/ui/controls.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QImage>
 #include <QPainter>
 
@@ -229,7 +231,9 @@ TEST_F(TickerTest, FramesShowTheTextMovingLeft) {
     for (std::size_t i = 0; i < frames.size(); ++i)
         painter.drawImage(0, int(i) * (height + 2), frames[i]);
     painter.end();
-    EXPECT_TRUE(strip.save(testkit::testOutputPath(QStringLiteral("cb_ticker_frames.png"))));
+    const QString path = testkit::testOutputPath(QStringLiteral("cb_ticker_frames.png"));
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    EXPECT_TRUE(strip.save(path));
 }
 
 } // namespace
