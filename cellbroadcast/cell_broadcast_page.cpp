@@ -6,6 +6,7 @@
 #include "framework/ui/menu.h"
 #include "framework/ui/shell.h"
 #include "resources/resource.h"
+#include "settings/options_sheet.h"
 
 #include <QSet>
 
@@ -19,10 +20,12 @@ QString errorText(const GSM::Result& result) {
 
 } // namespace
 
-CellBroadcastPage::CellBroadcastPage(CommandBar* commandBar)
-    : PropertyPage(IDD_PAGE_CELL_BROADCAST)
-    , commandBar_(commandBar)
-    , moduleState_(currentModuleState()) {}
+CellBroadcastPage::CellBroadcastPage()
+    : CPpOptions(IDD_PAGE_CELL_BROADCAST, IDR_MENU_CHANNEL, SIP_FORCEDOWN) {}
+
+std::unique_ptr<PropertyPage> CellBroadcastPage::make(OptionsEnvironment&) {
+    return std::make_unique<CellBroadcastPage>();
+}
 
 CellBroadcastPage::~CellBroadcastPage() {
     if (Dialog::exists(addDialog_))
@@ -33,27 +36,10 @@ AddChannelDialog* CellBroadcastPage::addChannelDialog() const {
     return Dialog::exists(addDialog_) ? addDialog_ : nullptr;
 }
 
-CommandBar* CellBroadcastPage::bar() const {
-    if (commandBar_)
-        return commandBar_;
-    return sheet() ? sheet()->commandBar() : nullptr;
-}
-
 bool CellBroadcastPage::onInitDialog() {
-    const ModuleStateGuard guard(moduleState_);
+    const ModuleStateGuard guard(moduleState());
     const GSM::Result asked = GSM::CellBroadcast::getMessageTypes();
     showStatus(asked.isOk() ? loadString(IDS_CB_QUERYING) : errorText(asked));
-    if (const GSM::MainPreferences* preferences = GSM::Preferences::getMainPreferences()) {
-        checkItem(IDC_CB_TICKER_SCROLLS,
-                  preferences->tickerScrolls() ? BST_CHECKED : BST_UNCHECKED);
-        checkItem(IDC_CB_SHOW_DIALOG, preferences->showCbDialog() ? BST_CHECKED : BST_UNCHECKED);
-        checkRadioButton(IDC_CB_HORIZONTALLY, IDC_CB_VERTICALLY,
-                         preferences->tickerHorizontal() ? IDC_CB_HORIZONTALLY : IDC_CB_VERTICALLY);
-        checkRadioButton(IDC_CB_CHANGED_MESSAGES, IDC_CB_EVERY_MESSAGE,
-                         preferences->showEveryCbMessage() ? IDC_CB_EVERY_MESSAGE
-                                                           : IDC_CB_CHANGED_MESSAGES);
-    }
-    enableRadioPairs();
     if (ListBox* languages = listBox(IDC_CB_LANGUAGES)) {
         languages->setMultipleSelection(true);
         for (const CbLanguage& language : offeredLanguages()) {
@@ -61,6 +47,29 @@ bool CellBroadcastPage::onInitDialog() {
             languages->setItemData(index, LPARAM(language.code));
         }
     }
+    enableRadioPairs();
+    return CPpOptions::onInitDialog();
+}
+
+bool CellBroadcastPage::dataLoad() {
+    const GSM::MainPreferences* preferences = mainPreferences();
+    checkItem(IDC_CB_TICKER_SCROLLS, preferences->tickerScrolls() ? BST_CHECKED : BST_UNCHECKED);
+    checkItem(IDC_CB_SHOW_DIALOG, preferences->showCbDialog() ? BST_CHECKED : BST_UNCHECKED);
+    checkRadioButton(IDC_CB_HORIZONTALLY, IDC_CB_VERTICALLY,
+                     preferences->tickerHorizontal() ? IDC_CB_HORIZONTALLY : IDC_CB_VERTICALLY);
+    checkRadioButton(IDC_CB_CHANGED_MESSAGES, IDC_CB_EVERY_MESSAGE,
+                     preferences->showEveryCbMessage() ? IDC_CB_EVERY_MESSAGE
+                                                       : IDC_CB_CHANGED_MESSAGES);
+    enableRadioPairs();
+    return true;
+}
+
+bool CellBroadcastPage::dataSetDefault() {
+    checkItem(IDC_CB_TICKER_SCROLLS, BST_CHECKED);
+    checkRadioButton(IDC_CB_HORIZONTALLY, IDC_CB_VERTICALLY, IDC_CB_HORIZONTALLY);
+    checkItem(IDC_CB_SHOW_DIALOG, BST_UNCHECKED);
+    checkRadioButton(IDC_CB_CHANGED_MESSAGES, IDC_CB_EVERY_MESSAGE, IDC_CB_CHANGED_MESSAGES);
+    enableRadioPairs();
     return true;
 }
 
@@ -87,7 +96,7 @@ void CellBroadcastPage::enableRadioPairs() {
 
 void CellBroadcastPage::eventSubscription(int channelCount, const Utilities::Range* channels,
                                           int languageCount, const Utilities::Range* languages) {
-    const ModuleStateGuard guard(moduleState_);
+    const ModuleStateGuard guard(moduleState());
     ListBox* channelList = listBox(IDC_CB_CHANNELS);
     ListBox* languageList = listBox(IDC_CB_LANGUAGES);
     if (!channelList || !languageList)
@@ -114,20 +123,12 @@ void CellBroadcastPage::eventSubscription(int channelCount, const Utilities::Ran
 }
 
 void CellBroadcastPage::eventCbFailure(const GSM::Result& result) {
-    const ModuleStateGuard guard(moduleState_);
+    const ModuleStateGuard guard(moduleState());
     setItemText(IDC_CB_STATUS, errorText(result));
 }
 
-bool CellBroadcastPage::onSetActive() {
-    const ModuleStateGuard guard(moduleState_);
-    if (CommandBar* commandBar = bar())
-        commandBar->setMenu(IDR_MENU_CHANNEL, this);
-    Shell::current().sipPreference(window(), SIP_DOWN);
-    return true;
-}
-
 void CellBroadcastPage::onCommand(int id) {
-    const ModuleStateGuard guard(moduleState_);
+    const ModuleStateGuard guard(moduleState());
     switch (id) {
     case IDC_CB_TICKER_SCROLLS:
     case IDC_CB_SHOW_DIALOG:
@@ -140,7 +141,7 @@ void CellBroadcastPage::onCommand(int id) {
         deleteChannel();
         break;
     default:
-        PropertyPage::onCommand(id);
+        CPpOptions::onCommand(id);
     }
 }
 
@@ -159,7 +160,7 @@ void CellBroadcastPage::addChannel() {
 
 void CellBroadcastPage::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == kChannelEnteredMessage) {
-        const ModuleStateGuard guard(moduleState_);
+        const ModuleStateGuard guard(moduleState());
         channelEntered();
     }
 }
@@ -194,13 +195,6 @@ void CellBroadcastPage::deleteChannel() {
     modified_ = true;
 }
 
-bool CellBroadcastPage::onKillActive() {
-    const ModuleStateGuard guard(moduleState_);
-    if (isWindow())
-        save();
-    return PropertyPage::onKillActive();
-}
-
 std::vector<int> CellBroadcastPage::channelNumbers() const {
     std::vector<int> numbers;
     if (const ListBox* channels = listBox(IDC_CB_CHANNELS))
@@ -217,22 +211,22 @@ std::vector<int> CellBroadcastPage::selectedLanguageCodes() const {
     return codes;
 }
 
-void CellBroadcastPage::save() {
-    if (GSM::MainPreferences* preferences = GSM::Preferences::getMainPreferences()) {
-        // The setters take effect at once; their results are not examined.
-        preferences->setTickerScrolls(isItemChecked(IDC_CB_TICKER_SCROLLS) == BST_CHECKED);
-        preferences->setTickerHorizontal(isItemChecked(IDC_CB_HORIZONTALLY) == BST_CHECKED);
-        preferences->setShowCbDialog(isItemChecked(IDC_CB_SHOW_DIALOG) == BST_CHECKED);
-        preferences->setShowEveryCbMessage(isItemChecked(IDC_CB_EVERY_MESSAGE) == BST_CHECKED);
-    }
+bool CellBroadcastPage::dataSave() {
+    GSM::MainPreferences* preferences = mainPreferences();
+    // The setters take effect at once; their results are not examined.
+    preferences->setTickerScrolls(isItemChecked(IDC_CB_TICKER_SCROLLS) == BST_CHECKED);
+    preferences->setTickerHorizontal(isItemChecked(IDC_CB_HORIZONTALLY) == BST_CHECKED);
+    preferences->setShowCbDialog(isItemChecked(IDC_CB_SHOW_DIALOG) == BST_CHECKED);
+    preferences->setShowEveryCbMessage(isItemChecked(IDC_CB_EVERY_MESSAGE) == BST_CHECKED);
     if (!modified_)
-        return;
+        return true;
     const std::vector<Utilities::Range> channels = buildRanges(channelNumbers());
     const std::vector<Utilities::Range> languages = buildRanges(selectedLanguageCodes());
     const GSM::Result result = GSM::CellBroadcast::setMessageTypes(
         int(channels.size()), channels.data(), int(languages.size()), languages.data());
     if (!result.isOk())
         showStatus(errorText(result));
+    return true;
 }
 
 void CellBroadcastPage::onDestroy() {

@@ -7,34 +7,33 @@
 // and the same place shows the library's errors. The subscription is sent back only when the
 // person changed it.
 
-#include "framework/resources/module_state.h"
-#include "framework/ui/property_sheet.h"
 #include "module/telephony/gsm.h"
+#include "settings/options_page.h"
 
+#include <memory>
 #include <vector>
-
-namespace tessaly {
-class CommandBar;
-}
 
 namespace tessaly::sms {
 
 class AddChannelDialog;
+class OptionsEnvironment;
 
-class CellBroadcastPage : public PropertyPage, public GSM::CellBroadcast::EventHandler {
+class CellBroadcastPage final : public CPpOptions, public GSM::CellBroadcast::EventHandler {
 public:
-    // commandBar: the sheet's bar, which the page fills with its Channel menu when active
-    // (null: the bar of the sheet the page is in).
-    explicit CellBroadcastPage(CommandBar* commandBar = nullptr);
+    CellBroadcastPage();
     ~CellBroadcastPage() override;
+    static std::unique_ptr<PropertyPage> make(OptionsEnvironment& environment);
 
     bool isModified() const { return modified_; }
     // The add-channel dialog opened last, while it is open.
     AddChannelDialog* addChannelDialog() const;
 
-    bool onSetActive() override;
-    // Stores the settings and, when changed, the subscription; the page is left in any case.
-    bool onKillActive() override;
+    // The four display settings from and to the main preferences; saving also sends the
+    // subscription when it was changed. The page is left in any case.
+    bool dataLoad() override;
+    bool dataSave() override;
+    // The library's factory values: the ticker runs horizontally, no dialog.
+    bool dataSetDefault() override;
 
     void eventSubscription(int channelCount, const Utilities::Range* channels, int languageCount,
                            const Utilities::Range* languages) override;
@@ -48,7 +47,6 @@ protected:
     void onDestroy() override;
 
 private:
-    CommandBar* bar() const;
     // The lists and their labels, or the status text in their place.
     void showLists(bool show);
     void showStatus(const QString& text);
@@ -56,12 +54,9 @@ private:
     void addChannel();
     void channelEntered();
     void deleteChannel();
-    void save();
     std::vector<int> channelNumbers() const;
     std::vector<int> selectedLanguageCodes() const;
 
-    CommandBar* commandBar_;
-    ModuleState moduleState_;
     bool modified_ = false;
     AddChannelDialog* addDialog_ = nullptr;
 };

@@ -1,6 +1,7 @@
 #include "module/lists_environment_adapter.h"
 
 #include "module/module_state.h"
+#include "module/options_pages.h"
 #include "module/telephony/services.h"
 
 namespace tessaly::sms {
@@ -27,6 +28,11 @@ void ModuleListsEnvironment::mainWindowDestroyed(Dialog* window) {
     ModuleContext& context = moduleContext();
     if (context.mainWindow == window)
         context.mainWindow = nullptr;
+}
+
+void ModuleListsEnvironment::openOptionsSheet(Dialog& owner) {
+    const ModuleScope scope;
+    runOptionsSheet(owner, moduleOptionsEnvironment(), moduleOptionsPages());
 }
 
 ListsEnvironment& moduleListsEnvironment() {

@@ -15,6 +15,8 @@ public:
     void handBackControl() override;
     void allowSendingNotification() override;
     void mainWindowDestroyed(Dialog* window) override;
+    bool hasOptionsSheet() const override { return true; }
+    void openOptionsSheet(Dialog& owner) override;
 };
 
 // The one the module's windows use; lives as long as the module.

@@ -4,6 +4,8 @@
 #include "framework/ui/menu.h"
 #include "framework/ui/property_sheet.h"
 #include "resources/resource.h"
+#include "settings/options_sheet.h"
+#include "settings/sms_settings.h"
 
 #include <functional>
 
@@ -15,6 +17,9 @@ using tessaly::PropertySheet;
 using tessaly::Shell;
 using tessaly::sms::AddChannelDialog;
 using tessaly::sms::CellBroadcastPage;
+using tessaly::sms::OptionsPageFactory;
+using tessaly::sms::OptionsPageKind;
+using tessaly::sms::OptionsSheet;
 namespace testkit = tessaly::testkit;
 using Ranges = std::vector<std::pair<int, int>>;
 
@@ -34,25 +39,38 @@ public:
     Ranges languages;
 };
 
+class QuietEnvironment final : public tessaly::sms::OptionsEnvironment {
+public:
+    SmsSettings& settings() override { return record; }
+    void saveSettings() override {}
+    SmsSettings record;
+};
+
+constexpr OptionsPageFactory kThePage[] = {
+    {OptionsPageKind::CellBroadcast, &CellBroadcastPage::make}};
+
 class CellBroadcastPageTest : public CbWindowTest {
 protected:
-    // Opens the sheet with the page (and a page to leave to), lets the library answer, runs
-    // the steps and closes the sheet with OK.
+    // Opens the options sheet with the page, lets the library answer (unless told not to),
+    // runs the steps and closes the sheet with OK.
     void withPage(const std::function<void(PropertySheet&, CellBroadcastPage&)>& steps,
                   bool answer = true) {
-        CellBroadcastPage page;
-        PropertySheet sheet(QStringLiteral("SMS"));
-        sheet.addPage(&page);
         user.runModal([&](Dialog& dialog) {
-            auto& shown = static_cast<PropertySheet&>(dialog);
+            auto& sheet = static_cast<OptionsSheet&>(dialog);
+            auto* page = dynamic_cast<CellBroadcastPage*>(sheet.page(0));
+            ASSERT_NE(page, nullptr);
             if (answer)
                 settle();
-            steps(shown, page);
-            shown.sendCommand(IDOK);
+            steps(sheet, *page);
+            if (sheet.isWindow() && !sheet.hasEnded())
+                sheet.sendCommand(IDOK);
         });
+        OptionsSheet sheet(nullptr, environment, kThePage);
         sheet.doModal();
         settle();
     }
+
+    QuietEnvironment environment;
 
     static QStringList channels(const CellBroadcastPage& page) {
         QStringList texts;
@@ -100,27 +118,25 @@ protected:
 
 TEST_F(CellBroadcastPageTest, WaitsForTheSubscriptionThenListsItAsText) {
     subscribe({{50, 54}, {100, 101}}, {{0, 2}});
-    CellBroadcastPage page;
-    PropertySheet sheet(QStringLiteral("SMS"));
-    sheet.addPage(&page);
-    user.runModal([&](Dialog& dialog) {
-        EXPECT_FALSE(listsShown(page));
-        EXPECT_TRUE(page.isItemVisible(IDC_CB_STATUS));
-        EXPECT_EQ(page.itemText(IDC_CB_STATUS),
-                  QStringLiteral("Querying set of active channels and selected languages."));
-        EXPECT_EQ(page.listBox(IDC_CB_LANGUAGES)->count(), 15);
-        settle();
-        EXPECT_TRUE(listsShown(page));
-        EXPECT_EQ(channels(page), (QStringList{"100", "50", "51", "52", "53"}));
-        EXPECT_EQ(selectedLanguages(page), (QStringList{"English", "German"}));
-        EXPECT_EQ(dialog.commandBar()->menuId(), IDR_MENU_CHANNEL);
-        EXPECT_FALSE(Shell::current().inputPanelUp());
-        // Changed behind the page's back: a page without changes must not send its own.
-        subscribe({{7, 8}});
-        dialog.sendCommand(IDOK);
-    });
-    sheet.doModal();
-    EXPECT_FALSE(page.isModified());
+    withPage(
+        [&](PropertySheet& sheet, CellBroadcastPage& page) {
+            EXPECT_FALSE(listsShown(page));
+            EXPECT_TRUE(page.isItemVisible(IDC_CB_STATUS));
+            EXPECT_EQ(page.itemText(IDC_CB_STATUS),
+                      QStringLiteral("Querying set of active channels and selected languages."));
+            EXPECT_EQ(page.listBox(IDC_CB_LANGUAGES)->count(), 15);
+            settle();
+            EXPECT_TRUE(listsShown(page));
+            EXPECT_EQ(channels(page), (QStringList{"100", "50", "51", "52", "53"}));
+            EXPECT_EQ(selectedLanguages(page), (QStringList{"English", "German"}));
+            EXPECT_EQ(page.tabText(), QStringLiteral("Cell Broadcast"));
+            EXPECT_EQ(sheet.commandBar()->menuId(), IDR_MENU_CHANNEL);
+            EXPECT_FALSE(Shell::current().inputPanelUp());
+            // Changed behind the page's back: a page without changes must not send its own.
+            subscribe({{7, 8}});
+            EXPECT_FALSE(page.isModified());
+        },
+        false);
     EXPECT_EQ(subscription().channels, (Ranges{{7, 8}}));
 }
 

@@ -2,6 +2,7 @@
 #include "module/exports.h"
 #include "module/lists_environment_adapter.h"
 #include "module/module_state.h"
+#include "settings/options_sheet.h"
 
 #include "framework/resources/resources.h"
 #include "resources/resource.h"
@@ -153,7 +154,30 @@ TEST_F(ModuleWindows, TheListsEnvironmentClearsTheSuppressFlag) {
     moduleContext().sendingNotificationSuppressed = true;
     tessaly::sms::moduleListsEnvironment().allowSendingNotification();
     EXPECT_FALSE(moduleContext().sendingNotificationSuppressed);
-    EXPECT_FALSE(tessaly::sms::moduleListsEnvironment().hasOptionsSheet());
+}
+
+TEST_F(ModuleWindows, ToolsOptionsOpensTheSheetAndItsSignatureReachesTheStore) {
+    openSms();
+    settle();
+    tessaly::Dialog* main = moduleContext().mainWindow;
+    ASSERT_NE(main, nullptr);
+    user.runModal([](tessaly::Dialog& sheet) {
+        auto& options = static_cast<tessaly::sms::OptionsSheet&>(sheet);
+        EXPECT_EQ(options.title(), QStringLiteral("Options"));
+        EXPECT_EQ(options.pageKinds(), (std::vector<tessaly::sms::OptionsPageKind>{
+                                           tessaly::sms::OptionsPageKind::Signature,
+                                           tessaly::sms::OptionsPageKind::Sending,
+                                           tessaly::sms::OptionsPageKind::Receiving}));
+        EXPECT_TRUE(
+            testkit::type(*options.page(0), IDC_SIGNATURE_FIRST_NAME, QStringLiteral("Ada")));
+        options.sendCommand(IDOK);
+    });
+    ASSERT_TRUE(testkit::chooseCommand(*main, IDM_MAIN_OPTIONS));
+    settle();
+    // A fresh module reads what the sheet stored when it closed.
+    exitModule();
+    moduleContext() = tessaly::sms::ModuleContext();
+    EXPECT_EQ(tessaly::sms::loadSettings().firstName, QStringLiteral("Ada"));
 }
 
 TEST_F(ModuleWindows, OpenMessageRunsTheViewModallyInTheMessagesFolder) {

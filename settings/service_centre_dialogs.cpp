@@ -1,0 +1,266 @@
+#include "settings/service_centre_dialogs.h"
+
+#include "framework/resources/resources.h"
+#include "framework/ui/menu.h"
+#include "framework/ui/shell.h"
+#include "module/telephony/preferences.h"
+#include "resources/resource.h"
+#include "settings/service_centres.h"
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QStyle>
+
+namespace tessaly::sms {
+
+namespace {
+
+constexpr UINT kEmptySpaceTapped = WM_APP + 1;
+constexpr int kNumberColumnWidth = 120;
+// Room the name column leaves for the number column and the row's margins.
+constexpr int kNameColumnReserve = 124;
+
+QString text(const WCHAR* value) {
+    return value ? QString::fromUtf16(value) : QString();
+}
+
+QString caption() {
+    return loadString(IDS_APP_TITLE);
+}
+
+bool askDeletePreferred(QWidget* owner) {
+    return UserAgent::current().messageBox(owner, loadString(IDS_DELETE_SERVICE_CENTRE_QUESTION),
+                                           caption(), MB_OKCANCEL | MB_ICONEXCLAMATION) == IDOK;
+}
+
+// Taps on the list's empty space below the entries: the list view reports only taps on rows.
+class EmptySpaceTaps final : public QObject {
+public:
+    EmptySpaceTaps(ListView& view, std::function<void()> tapped)
+        : view_(view)
+        , tapped_(std::move(tapped)) {
+        view.viewport()->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (watched == view_.viewport() && event->type() == QEvent::MouseButtonRelease) {
+            const auto* mouse = static_cast<QMouseEvent*>(event);
+            if (mouse->button() == Qt::LeftButton &&
+                view_.rowAt(mouse->position().toPoint().y()) < 0)
+                tapped_();
+        }
+        return false;
+    }
+
+private:
+    ListView& view_;
+    std::function<void()> tapped_;
+};
+
+} // namespace
+
+// ---- directory ----
+
+ServiceCentreDirectoryDialog::ServiceCentreDirectoryDialog(Dialog* parent)
+    : Dialog(IDD_SERVICE_CENTRE_DIRECTORY, parent)
+    , moduleState_(currentModuleState()) {}
+
+ServiceCentreDirectoryDialog::~ServiceCentreDirectoryDialog() = default;
+
+bool ServiceCentreDirectoryDialog::onInitDialog() {
+    const ModuleStateGuard guard(moduleState_);
+    ListView* view = listView(IDC_SC_DIRECTORY_LIST);
+    if (!view)
+        return true;
+    const int scrollBarWidth = view->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    view->insertColumn(0, QString(), clientSize().width() - scrollBarWidth - kNameColumnReserve);
+    view->insertColumn(1, QString(), kNumberColumnWidth);
+    view->setExtendedStyle(LVS_EX_FULLROWSELECT);
+    // Handled as a posted message, outside the list's own mouse handling.
+    emptySpaceTaps_ =
+        std::make_unique<EmptySpaceTaps>(*view, [this] { postMessage(kEmptySpaceTapped, 0, 0); });
+    fillList();
+    return true;
+}
+
+void ServiceCentreDirectoryDialog::fillList() {
+    ListView* view = listView(IDC_SC_DIRECTORY_LIST);
+    if (!view)
+        return;
+    view->setUpdatesEnabled(false);
+    view->deleteAllItems();
+    if (GSM::ServiceCentreList* list = serviceCentreList()) {
+        for (int index = 0; index < list->count(); ++index) {
+            const GSM::ServiceCentreEntry* entry = list->get(index);
+            if (!entry)
+                continue;
+            const int row = view->insertItem(index, text(entry->name()));
+            if (row >= 0)
+                view->setItemText(row, 1, text(entry->number()));
+        }
+    }
+    view->setUpdatesEnabled(true);
+    view->viewport()->update();
+}
+
+bool ServiceCentreDirectoryDialog::refuseSimEntry(int index) {
+    if (index != 0)
+        return false;
+    UserAgent::current().messageBox(window(), loadString(IDS_SIM_ADDRESS_PROTECTED), caption(),
+                                    MB_OK | MB_ICONINFORMATION);
+    return true;
+}
+
+void ServiceCentreDirectoryDialog::tapped(int row) {
+    const ModuleStateGuard guard(moduleState_);
+    chosen_ = row;
+    if (refuseSimEntry(row))
+        return;
+    // A tap below the entries (-1) opens an empty dialog for a new entry.
+    editEntry(row);
+}
+
+void ServiceCentreDirectoryDialog::editEntry(int index) {
+    ServiceCentreEditDialog(this, index).doModal();
+    fillList();
+}
+
+void ServiceCentreDirectoryDialog::onMessage(UINT message, WPARAM, LPARAM) {
+    if (message == kEmptySpaceTapped)
+        tapped(-1);
+}
+
+void ServiceCentreDirectoryDialog::onListClick(int id, int row, int) {
+    if (id == IDC_SC_DIRECTORY_LIST)
+        tapped(row);
+}
+
+void ServiceCentreDirectoryDialog::onListTapAndHold(int id, int row, QPoint screenPos) {
+    const ModuleStateGuard guard(moduleState_);
+    ListView* view = listView(IDC_SC_DIRECTORY_LIST);
+    if (id != IDC_SC_DIRECTORY_LIST || !view)
+        return;
+    const int selected = view->selectedRow();
+    if (selected < 0 || refuseSimEntry(selected))
+        return;
+    std::optional<Menu> resource = Menu::load(IDR_MENU_CONTEXT);
+    if (!resource)
+        return;
+    switch (resource->subMenu(0).track(window(), screenPos)) {
+    case IDM_CONTEXT_NEW:
+        editEntry(-1);
+        break;
+    case IDM_CONTEXT_EDIT:
+        editEntry(selected);
+        break;
+    case IDM_CONTEXT_DELETE:
+        // The same question for every entry, the preferred one or not.
+        if (askDeletePreferred(window()))
+            if (GSM::ServiceCentreList* list = serviceCentreList())
+                list->remove(selected);
+        fillList();
+        break;
+    default:
+        break;
+    }
+}
+
+void ServiceCentreDirectoryDialog::onCommand(int id) {
+    const ModuleStateGuard guard(moduleState_);
+    switch (id) {
+    case IDC_SC_DIRECTORY_NEW:
+        editEntry(-1);
+        break;
+    case IDC_FACTORY_SETTINGS:
+        if (GSM::ServiceCentreList* list = serviceCentreList())
+            restoreFactoryServiceCentres(*list);
+        fillList();
+        break;
+    default:
+        Dialog::onCommand(id);
+    }
+}
+
+void ServiceCentreDirectoryDialog::onOK() {
+    const ModuleStateGuard guard(moduleState_);
+    // The index tapped then, even if that entry has moved to the end since.
+    if (chosen_ >= 0)
+        if (GSM::ServiceCentreList* list = serviceCentreList())
+            list->setPreferred(chosen_);
+    Dialog::onOK();
+}
+
+// ---- one entry ----
+
+ServiceCentreEditDialog::ServiceCentreEditDialog(Dialog* parent, int index)
+    : Dialog(IDD_SERVICE_CENTRE_EDIT, parent)
+    , index_(index)
+    , moduleState_(currentModuleState()) {}
+
+bool ServiceCentreEditDialog::onInitDialog() {
+    const ModuleStateGuard guard(moduleState_);
+    createCommandBar(IDR_MENU_EDIT);
+    if (GSM::ServiceCentreList* list = serviceCentreList(); list && index_ >= 0) {
+        if (const GSM::ServiceCentreEntry* entry = list->get(index_)) {
+            setItemText(IDC_SC_EDIT_NAME, text(entry->name()));
+            setItemText(IDC_SC_EDIT_NUMBER, text(entry->number()));
+        }
+    }
+    Shell::current().sipPreference(window(), SIP_UP);
+    initialName_ = itemText(IDC_SC_EDIT_NAME);
+    initialNumber_ = itemText(IDC_SC_EDIT_NUMBER);
+    return true;
+}
+
+void ServiceCentreEditDialog::onCommand(int id) {
+    const ModuleStateGuard guard(moduleState_);
+    if (id == IDM_EDIT_DELETE) {
+        deleteEntry();
+        return;
+    }
+    if (!editCommands_.run(*this, id))
+        Dialog::onCommand(id);
+}
+
+void ServiceCentreEditDialog::deleteEntry() {
+    GSM::ServiceCentreList* list = serviceCentreList();
+    // A new entry has nothing to delete; the SIM's entry is never deleted.
+    if (list && index_ > 0) {
+        if (index_ != list->preferred()) {
+            list->remove(index_);
+        } else if (!askDeletePreferred(window())) {
+            // Deliberately inverted for this menu: Cancel deletes the preferred entry, OK keeps
+            // it.
+            list->remove(index_);
+        }
+    }
+    endDialog(IDCANCEL);
+}
+
+void ServiceCentreEditDialog::onOK() {
+    const ModuleStateGuard guard(moduleState_);
+    const QString name = itemText(IDC_SC_EDIT_NAME);
+    const QString number = itemText(IDC_SC_EDIT_NUMBER);
+    const bool changed = name != initialName_ || number != initialNumber_;
+    if (!name.isEmpty() && !number.isEmpty() && changed) {
+        if (index_ == 0) {
+            UserAgent::current().messageBox(window(), loadString(IDS_SIM_ADDRESS_READ_ONLY),
+                                            caption(), MB_OK);
+        } else if (UserAgent::current().messageBox(window(), loadString(IDS_SAVE_CHANGES_QUESTION),
+                                                   caption(), MB_YESNO) == IDYES) {
+            Shell::current().sipPreference(window(), SIP_FORCEDOWN);
+            if (GSM::ServiceCentreList* list = serviceCentreList()) {
+                // A changed entry goes to the end of the list.
+                if (index_ > 0)
+                    list->remove(index_);
+                list->add(reinterpret_cast<const WCHAR*>(name.utf16()),
+                          reinterpret_cast<const WCHAR*>(number.utf16()));
+            }
+        }
+    }
+    Dialog::onOK();
+}
+
+} // namespace tessaly::sms
