@@ -5,10 +5,10 @@
 
 #include "framework/resources/resources.h"
 #include "resources/sms_resources.h"
-#include "suite/telephony/events.h"
 #include "suite/telephony/host_hooks.h"
 #include "suite/telephony/simulator.h"
 #include "suite/telephony/telephony.h"
+#include "tests/suite/telephony/store_test_support.h"
 #include "tests/testkit/window_test.h"
 
 #include <string>
@@ -17,21 +17,9 @@ namespace cb_test {
 
 namespace simulator = tessaly::telephony::simulator;
 
-inline SYSTEMTIME at(int year, int month, int day, int hour = 0, int minute = 0) {
-    SYSTEMTIME time{};
-    time.wYear = WORD(year);
-    time.wMonth = WORD(month);
-    time.wDay = WORD(day);
-    time.wHour = WORD(hour);
-    time.wMinute = WORD(minute);
-    return time;
-}
-
-inline FILETIME fileTime(const SYSTEMTIME& time) {
-    FILETIME result{};
-    SystemTimeToFileTime(&time, &result);
-    return result;
-}
+using telephony_test::at;
+using telephony_test::fileTime;
+using telephony_test::settle;
 
 class CbWindowTest : public tessaly::testkit::WindowTest {
 protected:
@@ -49,17 +37,6 @@ protected:
         settle();
         tessaly::telephony::close();
         tessaly::setCurrentResources(nullptr);
-    }
-
-    // Delivers the library's queued events and the windows' posted messages.
-    static void settle() {
-        auto& queue = tessaly::telephony::EventQueue::instance();
-        for (int round = 0; round < 100; ++round) {
-            tessaly::testkit::pumpMessages();
-            queue.deliverAll();
-            if (!queue.hasPending())
-                return;
-        }
     }
 
     static void subscribe(std::vector<Utilities::Range> channels,
