@@ -180,9 +180,13 @@ TEST_F(CellBroadcastListTest, TheTickerLineTakesRoomOnlyWhileItShowsSomething) {
 }
 
 TEST_F(CellBroadcastListTest, PicturesOfTheTickerRunningTheListAndTheView) {
-    twoChannels();
+    store({message(0, GSM::Message::Unread, u"+436641234567", u"Are we still on for tonight?",
+                   at(2024, 5, 17, 9, 41)),
+           message(0, GSM::Message::Read, u"+436765551234", u"Train is late.\nSorry!",
+                   at(2024, 5, 16, 21, 3))});
     MainSmsWindow* main = openMain();
-    clock.advance(50 * 60); // the line has run in by 120 px
+    twoChannels();           // channel 50 last: the newest, in bold
+    clock.advance(50 * 100); // the line has run in by 200 px
     EXPECT_TRUE(testkit::saveScreenshot(
         *main, testkit::testOutputPath(QStringLiteral("cb_main_window_ticker.png"))));
     user.chooseMenu(IDM_FOLDER_CELLBROADCAST);
