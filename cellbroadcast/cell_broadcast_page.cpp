@@ -7,6 +7,7 @@
 #include "framework/ui/shell.h"
 #include "resources/resource.h"
 #include "settings/options_sheet.h"
+#include "settings/wide_text.h"
 
 #include <QSet>
 
@@ -15,7 +16,7 @@ namespace tessaly::sms {
 namespace {
 
 QString errorText(const GSM::Result& result) {
-    return QString::fromUtf16(result.getErrorMessage());
+    return fromWide(result.getErrorMessage());
 }
 
 } // namespace
