@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <set>
 
 namespace {
 
@@ -58,26 +57,6 @@ TEST(ChannelNumber, ReadsLeadingDigitsOnly) {
     for (const auto& c : cases)
         EXPECT_EQ(channelNumber(QString::fromUtf16(c.text)), c.number)
             << QString::fromUtf16(c.text).toStdString();
-}
-
-TEST(InRanges, HalfOpen) {
-    const Utilities::Range ranges[] = {{0, 2}, {5, 6}};
-    for (int value : {0, 1, 5})
-        EXPECT_TRUE(tessaly::sms::inRanges(value, ranges)) << value;
-    for (int value : {-1, 2, 4, 6})
-        EXPECT_FALSE(tessaly::sms::inRanges(value, ranges)) << value;
-    EXPECT_FALSE(tessaly::sms::inRanges(0, {}));
-}
-
-TEST(OfferedLanguages, FifteenDistinctCodesStartingWithEnglish) {
-    const auto languages = tessaly::sms::offeredLanguages();
-    ASSERT_EQ(languages.size(), 15u);
-    EXPECT_EQ(languages.front().code, 1);
-    EXPECT_EQ(languages[1].code, 0);
-    std::set<int> codes;
-    for (const auto& language : languages)
-        codes.insert(language.code);
-    EXPECT_EQ(codes, (std::set<int>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14}));
 }
 
 } // namespace
