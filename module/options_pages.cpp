@@ -1,5 +1,6 @@
 #include "module/options_pages.h"
 
+#include "cellbroadcast/cell_broadcast_page.h"
 #include "module/module_state.h"
 #include "settings/receiving_page.h"
 #include "settings/sending_page.h"
@@ -24,6 +25,7 @@ constexpr OptionsPageFactory kPages[] = {
     {OptionsPageKind::Receiving, &ReceivingPage::make},
     {OptionsPageKind::Templates, &TemplatesPage::make},
     {OptionsPageKind::Variables, &VariablesPage::make},
+    {OptionsPageKind::CellBroadcast, &CellBroadcastPage::make},
 };
 
 } // namespace

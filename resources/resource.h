@@ -111,6 +111,31 @@
 #define IDC_SC_EDIT_NUMBER_LABEL 12039
 #define IDC_SC_EDIT_NAME 10011
 #define IDC_SC_EDIT_NUMBER 10012
+// Cell Broadcast options page (IDD_PAGE_CELL_BROADCAST)
+#define IDC_CB_TICKER_SCROLLS 12044   // check box "Message ticker scrolls"
+#define IDC_CB_HORIZONTALLY 12045
+#define IDC_CB_VERTICALLY 12046
+#define IDC_CB_SHOW_DIALOG 12047      // check box "Show dialog for"
+#define IDC_CB_CHANGED_MESSAGES 12048
+#define IDC_CB_EVERY_MESSAGE 12049
+#define IDC_CB_CHANNELS 12050         // list box, sorted as text
+#define IDC_CB_LANGUAGES 12051        // list box, several selected, item data = language code
+#define IDC_CB_CHANNELS_LABEL 12052
+#define IDC_CB_LANGUAGES_LABEL 12053
+#define IDC_CB_STATUS 12057           // waiting and error texts, in place of the lists
+// Add-channel dialog (IDD_ADD_CHANNEL)
+#define IDC_ADD_CHANNEL_LABEL 12054
+#define IDC_ADD_CHANNEL_NUMBER 12055  // digits only
+#define IDC_ADD_CHANNEL_CAPTION 12056
+// Cell broadcast message view (IDD_CB_MESSAGE_VIEW)
+#define IDC_CBVIEW_CHANNEL 12058
+#define IDC_CBVIEW_DATE 12059
+#define IDC_CBVIEW_COUNT 12060
+#define IDC_CBVIEW_CHANNEL_LABEL 12061
+#define IDC_CBVIEW_DATE_LABEL 12062
+#define IDC_CBVIEW_COUNT_LABEL 12063
+#define IDC_CBVIEW_TEXT 12064
+#define IDC_CBVIEW_CAPTION 12065
 // Composer "New Message" (IDD_COMPOSER)
 #define IDC_COMPOSE_SEND 10054             // SEND
 #define IDC_COMPOSE_TO_LABEL 10038         // "To:"
@@ -372,6 +397,7 @@
 #define IDS_VARIABLE_WITHOUT_VALUES 12075
 #define IDS_CELLBROADCAST 12078
 #define IDS_CB_QUERYING 12500
+#define IDS_CB_CHANNEL_COLUMN 12501 // header of the cell broadcast list's channel column
 
 // Cell broadcast languages; the first fifteen are offered on the Cell Broadcast page
 #define IDS_LANG_ENGLISH 12512

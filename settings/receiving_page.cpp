@@ -3,6 +3,7 @@
 #include "framework/ui/shell.h"
 #include "module/telephony/preferences.h"
 #include "resources/resource.h"
+#include "settings/wide_text.h"
 
 namespace tessaly::sms {
 
@@ -36,7 +37,7 @@ bool ReceivingPage::dataLoad() {
         for (const QString& name : soundNames(Shell::current().findFiles(QStringLiteral("*.wav"))))
             sounds->addString(name);
         // Exactly the stored name; one that is gone selects nothing (and stays stored).
-        sounds->setCurSel(sounds->findText(QString::fromUtf16(preferences.soundName()),
+        sounds->setCurSel(sounds->findText(fromWide(preferences.soundName()),
                                            Qt::MatchExactly | Qt::MatchCaseSensitive));
     }
     checkItem(IDC_RECEIVING_PLAY_SOUND, preferences.playSound() == 1 ? BST_CHECKED : BST_UNCHECKED);
@@ -48,7 +49,7 @@ bool ReceivingPage::dataSave() {
     GSM::MainPreferences& preferences = *mainPreferences();
     if (ComboBox* sounds = comboBox(IDC_RECEIVING_SOUND); sounds && sounds->curSel() >= 0) {
         const QString name = sounds->currentText();
-        preferences.setSoundName(reinterpret_cast<const WCHAR*>(name.utf16()));
+        preferences.setSoundName(toWide(name));
     }
     preferences.setPlaySound(isItemChecked(IDC_RECEIVING_PLAY_SOUND) == BST_CHECKED);
     return true;

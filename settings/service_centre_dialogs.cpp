@@ -6,6 +6,7 @@
 #include "module/telephony/preferences.h"
 #include "resources/resource.h"
 #include "settings/service_centres.h"
+#include "settings/wide_text.h"
 
 #include <QApplication>
 #include <QMouseEvent>
@@ -20,10 +21,6 @@ constexpr UINT kEmptySpaceTapped = WM_APP + 1;
 constexpr int kNumberColumnWidth = 120;
 // Room the name column leaves for the number column and the row's margins.
 constexpr int kNameColumnReserve = 124;
-
-QString text(const WCHAR* value) {
-    return value ? QString::fromUtf16(value) : QString();
-}
 
 QString caption() {
     return loadString(IDS_APP_TITLE);
@@ -96,9 +93,9 @@ void ServiceCentreDirectoryDialog::fillList() {
             const GSM::ServiceCentreEntry* entry = list->get(index);
             if (!entry)
                 continue;
-            const int row = view->insertItem(index, text(entry->name()));
+            const int row = view->insertItem(index, fromWide(entry->name()));
             if (row >= 0)
-                view->setItemText(row, 1, text(entry->number()));
+                view->setItemText(row, 1, fromWide(entry->number()));
         }
     }
     view->setUpdatesEnabled(true);
@@ -204,8 +201,8 @@ bool ServiceCentreEditDialog::onInitDialog() {
     createCommandBar(IDR_MENU_EDIT);
     if (GSM::ServiceCentreList* list = serviceCentreList(); list && index_ >= 0) {
         if (const GSM::ServiceCentreEntry* entry = list->get(index_)) {
-            setItemText(IDC_SC_EDIT_NAME, text(entry->name()));
-            setItemText(IDC_SC_EDIT_NUMBER, text(entry->number()));
+            setItemText(IDC_SC_EDIT_NAME, fromWide(entry->name()));
+            setItemText(IDC_SC_EDIT_NUMBER, fromWide(entry->number()));
         }
     }
     Shell::current().sipPreference(window(), SIP_UP);
@@ -255,8 +252,7 @@ void ServiceCentreEditDialog::onOK() {
                 // A changed entry goes to the end of the list.
                 if (index_ > 0)
                     list->remove(index_);
-                list->add(reinterpret_cast<const WCHAR*>(name.utf16()),
-                          reinterpret_cast<const WCHAR*>(number.utf16()));
+                list->add(toWide(name), toWide(number));
             }
         }
     }

@@ -1,6 +1,7 @@
 #include "settings/service_centres.h"
 
 #include "module/telephony/preferences.h"
+#include "settings/wide_text.h"
 
 namespace tessaly::sms {
 
@@ -219,10 +220,6 @@ constexpr FactoryServiceCentre kFactoryServiceCentres[] = {
     {u"ZW Econet Wireless", u"+263-91010030"},
 };
 
-QString text(const WCHAR* value) {
-    return value ? QString::fromUtf16(value) : QString();
-}
-
 } // namespace
 
 std::span<const FactoryServiceCentre> factoryServiceCentres() {
@@ -242,8 +239,9 @@ void restoreFactoryServiceCentres(GSM::ServiceCentreList& list) {
 
 QString serviceCentreText(int index, const GSM::ServiceCentreEntry& entry) {
     if (index == 0)
-        return text(entry.name());
-    return text(entry.name()) + QStringLiteral(" (") + text(entry.number()) + QStringLiteral(")");
+        return fromWide(entry.name());
+    return fromWide(entry.name()) + QStringLiteral(" (") + fromWide(entry.number()) +
+           QStringLiteral(")");
 }
 
 void fillServiceCentreCombo(ComboBox& combo, GSM::ServiceCentreList* list) {

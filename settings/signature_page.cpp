@@ -4,16 +4,9 @@
 #include "framework/ui/shell.h"
 #include "resources/resource.h"
 #include "settings/sms_settings.h"
+#include "settings/wide_text.h"
 
 namespace tessaly::sms {
-
-namespace {
-
-QString text(const WCHAR* value) {
-    return value ? QString::fromUtf16(value) : QString();
-}
-
-} // namespace
 
 SignaturePage::SignaturePage(OptionsEnvironment& environment)
     : CPpOptions(IDD_PAGE_SIGNATURE, IDR_MENU_EDIT, SIP_UP)
@@ -71,9 +64,9 @@ void SignaturePage::eventContactPicked(GSM::Contact* contact) {
         return;
     const ModuleStateGuard guard(moduleState());
     SmsSettings& settings = environment_.settings();
-    settings.firstName = text(contact->getText(GSM::Contact::FieldFirstName));
-    settings.lastName = text(contact->getText(GSM::Contact::FieldLastName));
-    settings.phone = text(contact->getText(GSM::Contact::FieldNumber, 1));
+    settings.firstName = fromWide(contact->getText(GSM::Contact::FieldFirstName));
+    settings.lastName = fromWide(contact->getText(GSM::Contact::FieldLastName));
+    settings.phone = fromWide(contact->getText(GSM::Contact::FieldNumber, 1));
     if (isWindow())
         dataLoad();
 }

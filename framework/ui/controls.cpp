@@ -342,7 +342,7 @@ int Edit::caretPos() const {
 void Edit::scrollCaret() {
     if (plain_)
         plain_->ensureCursorVisible();
-    else
+    else if (!line_->hasSelectedText()) // a line keeps its caret in view; setting it unselects
         line_->setCursorPosition(line_->cursorPosition());
 }
 

@@ -4,6 +4,7 @@
 #include "framework/ui/dialog.h"
 #include "framework/ui/useragent.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
@@ -44,15 +45,34 @@ bool Shell::sipPreference(QWidget*, int request) {
     return request >= SIP_UP && request <= SIP_UNCHANGED;
 }
 
+QString Shell::soundPath(const QString& name) const {
+    if (QFileInfo(name).isAbsolute())
+        return QFileInfo(name).isFile() ? name : QString();
+    const QDir folder(soundsFolder());
+    if (QFileInfo(folder.filePath(name)).isFile())
+        return folder.filePath(name);
+    // The phone's file names ignore case ("ring.wav" plays ring.WAV).
+    for (const QString& file : folder.entryList(QDir::Files))
+        if (file.compare(name, Qt::CaseInsensitive) == 0)
+            return folder.filePath(file);
+    return QString();
+}
+
 bool Shell::playSound(const QString& name) {
-    const QString path = QFileInfo(name).isAbsolute() ? name : QDir(soundsFolder()).filePath(name);
-    if (!QFileInfo(path).isFile())
+    const QString path = soundPath(name);
+    if (path.isEmpty())
         return false;
     soundsPlayed_.append(path);
     if (playbackEnabled_) {
         const QString player = soundPlayer();
-        if (!player.isEmpty())
-            QProcess::startDetached(player, {path});
+        if (!player.isEmpty() && QCoreApplication::instance()) {
+            // A new sound replaces the one still playing.
+            if (player_)
+                player_->kill();
+            player_ = new QProcess(QCoreApplication::instance());
+            QObject::connect(player_, &QProcess::finished, player_, &QObject::deleteLater);
+            player_->start(player, {path});
+        }
     }
     return true;
 }

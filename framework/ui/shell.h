@@ -6,6 +6,8 @@
 
 #include "framework/win32types.h"
 
+#include <QPointer>
+#include <QProcess>
 #include <QString>
 #include <QStringList>
 
@@ -31,10 +33,13 @@ public:
     bool inputPanelUp() const { return inputPanelUp_; }
     const std::vector<int>& inputPanelRequests() const { return inputPanelRequests_; }
 
-    // Plays a .wav file: a bare name is looked up in the sounds folder. Returns false when the
-    // file does not exist. Playback itself is optional (see setPlaybackEnabled); the request
-    // is recorded either way.
+    // Plays a .wav file: a bare name is looked up in the sounds folder, ignoring case as the
+    // phone's file system does. Returns false when the file does not exist. A sound still
+    // playing is cut off. Playback itself is optional (see setPlaybackEnabled); the request
+    // is recorded (as the file's path) either way.
     virtual bool playSound(const QString& name);
+    // The file a sound name stands for, or an empty string when there is none.
+    QString soundPath(const QString& name) const;
     const QStringList& soundsPlayed() const { return soundsPlayed_; }
     // Plays through an external player (paplay or aplay) when one is installed and tests are
     // not running; off otherwise.
@@ -62,6 +67,7 @@ private:
     bool inputPanelUp_ = false;
     std::vector<int> inputPanelRequests_;
     QStringList soundsPlayed_;
+    QPointer<QProcess> player_;
     QString soundsFolder_;
     bool playbackEnabled_ = defaultPlayback();
     int aboutShown_ = 0;

@@ -3,7 +3,9 @@
 #include "framework/datadir.h"
 #include "framework/resources/language.h"
 #include "framework/time/clock.h"
+#include "framework/ui/shell.h"
 #include "suite/host/demo_data.h"
+#include "suite/host/factory_sounds.h"
 #include "suite/host/host_options.h"
 #include "suite/host/host_session.h"
 #include "suite/host/phone_window.h"
@@ -80,6 +82,7 @@ int main(int argc, char** argv) {
         tessaly::setDataDirectory(options->dataDirectory);
 
     tessaly::host::recordSystemLanguage(tessaly::startupLanguage());
+    tessaly::host::installFactorySounds(tessaly::Shell::current().soundsFolder());
     if (const GSM::Result opened = tessaly::telephony::open(); !opened.isOk()) {
         fail(QString::fromUtf16(opened.getErrorMessage()));
         return 1;

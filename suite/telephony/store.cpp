@@ -4,6 +4,7 @@
 #include "suite/telephony/length_info.h"
 
 #include "framework/datadir.h"
+#include "framework/ui/shell.h"
 
 #include <QDir>
 
@@ -495,7 +496,12 @@ GSM::Result Store::receive(const std::u16string& from, const std::u16string& tex
         *id = message->getId();
     touchMessages();
     const long newId = message->getId();
-    EventQueue::instance().post([newId] {
+    // The sound chosen now, played when the person hears of the message.
+    const std::u16string sound = settings_.playSound ? settings_.soundName : std::u16string();
+    EventQueue::instance().post([newId, sound] {
+        if (!sound.empty())
+            tessaly::Shell::current().playSound(QString::fromStdU16String(sound) +
+                                                QStringLiteral(".wav"));
         if (hostHooks().openMessageNotification)
             hostHooks().openMessageNotification(newId);
     });

@@ -138,7 +138,8 @@ TEST_F(ModuleWindows, ToolsOptionsOpensTheSheetAndItsSignatureReachesTheStore) {
             (std::vector<tessaly::sms::OptionsPageKind>{
                 tessaly::sms::OptionsPageKind::Signature, tessaly::sms::OptionsPageKind::Sending,
                 tessaly::sms::OptionsPageKind::Receiving, tessaly::sms::OptionsPageKind::Templates,
-                tessaly::sms::OptionsPageKind::Variables}));
+                tessaly::sms::OptionsPageKind::Variables,
+                tessaly::sms::OptionsPageKind::CellBroadcast}));
         EXPECT_TRUE(
             testkit::type(*options.page(0), IDC_SIGNATURE_FIRST_NAME, QStringLiteral("Ada")));
         options.sendCommand(IDOK);

@@ -151,6 +151,17 @@ TEST_F(OptionsSheetTest, ClosingSavesTheRecordOnceAndAnnouncesTheChangesOnce) {
     EXPECT_TRUE(preferences().statusReport());
 }
 
+TEST_F(OptionsSheetTest, WithoutTheLibrarysPreferencesPagesNeitherLoadNorStore) {
+    tessaly::telephony::close();
+    const OptionsPageFactory pages[] = {
+        {OptionsPageKind::Signature, makeSignature},
+        {OptionsPageKind::Sending, makeSending},
+    };
+    runSheet(pages, [](OptionsSheet& sheet) { ASSERT_TRUE(sheet.setActivePage(1)); });
+    EXPECT_TRUE(entries.empty());
+    EXPECT_EQ(environment.saved.size(), 1u); // the record is still written (and refused)
+}
+
 TEST_F(OptionsSheetTest, APageWithoutItsOwnOperationsSaysWhichOneIsMissing) {
     struct BarePage final : CPpOptions {
         BarePage()

@@ -1,6 +1,11 @@
 #include "telephony_fixture.h"
 
+#include "framework/ui/shell.h"
 #include "module/telephony/gsm.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
 
 #include <functional>
 #include <memory>
@@ -366,6 +371,44 @@ TEST(HostServices, CallsReachTheHostAfterwards) {
     tessaly::telephony::EventQueue::instance().deliverAll();
     EXPECT_EQ(calls, (std::vector<std::string>{"call 112", "active 2", "idle", "execute 2"}));
     tessaly::telephony::installHostHooks({});
+}
+
+TEST_F(EventDelivery, AnArrivingMessagePlaysTheChosenSoundWhenSoundsAreOn) {
+    QTemporaryDir sounds;
+    tessaly::Shell& shell = tessaly::Shell::current();
+    shell.setSoundsFolder(sounds.path());
+    shell.clearRecord();
+    for (const char* name : {"Notify.wav", "ring.WAV"})
+        QFile(QDir(sounds.path()).filePath(QString::fromLatin1(name))).open(QIODevice::WriteOnly);
+    GSM::MainPreferences& preferences = *GSM::Preferences::getMainPreferences();
+    const struct {
+        bool on;
+        const char16_t* sound;
+        const char* played; // nullptr: nothing
+    } cases[] = {
+        {true, u"Notify", "Notify.wav"},
+        {true, u"ring", "ring.WAV"},
+        {false, u"Notify", nullptr},
+        {true, u"Gone", nullptr}, // a missing file plays nothing; the message still arrives
+    };
+    for (const auto& arrival : cases) {
+        SCOPED_TRACE(QString::fromUtf16(arrival.sound).toStdString());
+        preferences.setPlaySound(arrival.on);
+        preferences.setSoundName(arrival.sound);
+        const size_t notifiedBefore = notified.size();
+        ASSERT_TRUE(sim::receiveMessage(u"+4917011", u"a").isOk());
+        EXPECT_TRUE(shell.soundsPlayed().isEmpty()) << "not inside the call";
+        settle();
+        EXPECT_EQ(notified.size(), notifiedBefore + 1);
+        if (arrival.played)
+            EXPECT_EQ(
+                shell.soundsPlayed(),
+                QStringList{QDir(sounds.path()).filePath(QString::fromLatin1(arrival.played))});
+        else
+            EXPECT_TRUE(shell.soundsPlayed().isEmpty());
+        shell.clearRecord();
+    }
+    shell.setSoundsFolder(QString());
 }
 
 } // namespace
