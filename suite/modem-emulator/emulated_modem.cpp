@@ -417,6 +417,11 @@ EmulatedModem::Outcome EmulatedModem::finishPdu(std::string_view hex) {
         info("+CMGW: " + std::to_string(*index));
         return Outcome::Ok;
     }
+    if (failNextSend_) {
+        const int cause = *failNextSend_;
+        failNextSend_.reset();
+        return cmsError(cause);
+    }
     SentMessage message{pdu::toHex(*bytes), std::get<pdu::Submit>(decoded->tpdu),
                         decoded->serviceCentre, nextReference_++ & 0xff};
     sent_.push_back(message);

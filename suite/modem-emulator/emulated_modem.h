@@ -61,6 +61,9 @@ public:
     // does), and announces again one left unread for ten ticks. Call it every few hundred ms.
     void tick();
 
+    // The network refuses the next message the host sends (+CMS ERROR with this cause).
+    void failNextSend(int cause) { failNextSend_ = cause; }
+
     const std::vector<SentMessage>& sent() const { return sent_; }
     // Called for every message sent, after it was recorded.
     std::function<void(const SentMessage&)> onSent;
@@ -121,6 +124,7 @@ private:
     std::string writeStorage_ = "SM";
     std::string receiveStorage_ = "SM";
     int nextReference_ = 0;
+    std::optional<int> failNextSend_;
     std::vector<int> waiting_; // delivered, not yet announced
     std::optional<int> announced_;
     int ticksSinceAnnounced_ = 0;

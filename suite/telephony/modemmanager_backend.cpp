@@ -181,34 +181,53 @@ void ModemManagerBackend::importExisting() {
         QDBusMessage::createMethodCall(kService, modem_, kMessaging, QStringLiteral("List"));
     whenAnswered(bus_.asyncCall(list), this, [this](const QDBusPendingCall& call) {
         QDBusPendingReply<QList<QDBusObjectPath>> reply(call);
+        listed_ = true;
         if (reply.isError())
             return;
-        std::vector<IncomingSms> onSim;
-        for (const QDBusObjectPath& path : reply.value()) {
-            const QVariantMap properties = smsProperties(path.path());
-            if (properties.value(QStringLiteral("PduType")).toUInt() != kSmsPduDeliver ||
-                properties.value(QStringLiteral("State")).toUInt() != kSmsStateReceived)
-                continue;
-            if (properties.value(QStringLiteral("Storage")).toUInt() == kSmsStorageSim) {
-                const IncomingSms message = incomingFrom(properties);
-                simCopies_[path.path()] = message;
-                onSim.push_back(message);
-            } else {
-                importWhenComplete(path.path());
-            }
-        }
-        if (!onSim.empty())
-            offerSimMessages(onSim, int(onSim.size()));
+        bool simChanged = false;
+        for (const QDBusObjectPath& path : reply.value())
+            simChanged = takeStored(path.path()) || simChanged;
+        if (simChanged)
+            offerSim();
     });
 }
 
+bool ModemManagerBackend::takeStored(const QString& path) {
+    const QVariantMap properties = smsProperties(path);
+    if (properties.value(QStringLiteral("PduType")).toUInt() != kSmsPduDeliver)
+        return false;
+    if (properties.value(QStringLiteral("Storage")).toUInt() != kSmsStorageSim) {
+        importWhenComplete(path);
+        return false;
+    }
+    if (properties.value(QStringLiteral("State")).toUInt() != kSmsStateReceived ||
+        simCopies_.count(path))
+        return false;
+    simCopies_[path] = incomingFrom(properties);
+    return true;
+}
+
+void ModemManagerBackend::offerSim() {
+    std::vector<IncomingSms> messages;
+    for (const auto& [path, message] : simCopies_)
+        messages.push_back(message);
+    offerSimMessages(messages, int(messages.size()));
+}
+
 void ModemManagerBackend::onAdded(const QDBusObjectPath& path, bool received) {
-    if (received)
+    // While the modem is being enabled, ModemManager announces what it reads from the modem's
+    // storage as received too: until the first listing, a message on the SIM is one that was
+    // there before.
+    if (received && listed_)
         importWhenComplete(path.path());
+    else if (takeStored(path.path()))
+        offerSim();
 }
 
 void ModemManagerBackend::importWhenComplete(const QString& path) {
     const QVariantMap properties = smsProperties(path);
+    if (properties.value(QStringLiteral("PduType")).toUInt() != kSmsPduDeliver)
+        return;
     const uint state = properties.value(QStringLiteral("State")).toUInt();
     if (state == kSmsStateReceiving) {
         bus_.connect(kService, path, kProperties, QStringLiteral("PropertiesChanged"), this,

@@ -44,6 +44,10 @@ private Q_SLOTS:
 private:
     ModemManagerBackend(const QDBusConnection& bus, QString modemPath, QString description);
     void importExisting();
+    // A message the modem held before: one on the SIM is kept for the SIM transfer (answers
+    // whether it was new), any other is imported.
+    bool takeStored(const QString& path);
+    void offerSim();
     // Imports a received message once it is complete, then deletes the modem's copy.
     void importWhenComplete(const QString& path);
     void deleteSms(const QString& path);
@@ -53,6 +57,7 @@ private:
     QString modem_;
     QString description_;
     std::map<QString, IncomingSms> simCopies_; // modem path → message offered for the transfer
+    bool listed_ = false;                       // the messages held at start have been listed
 };
 
 } // namespace tessaly::telephony

@@ -128,6 +128,9 @@ TEST(Modem, RefusesAPduOfTheWrongLengthAndCancelsOnEscape) {
     EXPECT_EQ(host.raw("00ZZZZ\x1a"), "\r\n+CMS ERROR: 304\r\n");
     EXPECT_TRUE(host.modem().sent().empty());
     EXPECT_EQ(host.at("AT"), "\r\nOK\r\n");
+    host.modem().failNextSend(38);
+    EXPECT_EQ(host.send(u"+1", u"refused"), "\r\n+CMS ERROR: 38\r\n");
+    EXPECT_EQ(host.send(u"+1", u"accepted"), "\r\n+CMGS: 0\r\n\r\nOK\r\n");
 }
 
 TEST(Modem, AnnouncesListsReadsAndDeletesDeliveredMessages) {
