@@ -422,12 +422,7 @@ EmulatedModem::Outcome EmulatedModem::finishPdu(std::string_view hex) {
         failNextSend_.reset();
         return cmsError(cause);
     }
-    SentMessage message{pdu::toHex(*bytes), std::get<pdu::Submit>(decoded->tpdu),
-                        decoded->serviceCentre, nextReference_++ & 0xff};
-    sent_.push_back(message);
-    info("+CMGS: " + std::to_string(message.reference));
-    if (onSent)
-        onSent(message);
+    recordSent(*bytes, *decoded, "+CMGS: ");
     return Outcome::Ok;
 }
 
@@ -435,12 +430,7 @@ EmulatedModem::Outcome EmulatedModem::listMessages(int status) {
     for (auto& [index, slot] : storage(readStorage_)) {
         if (status != 4 && int(slot.status) != status)
             continue;
-        info("+CMGL: " + std::to_string(index) + "," + std::to_string(int(slot.status)) + ",," +
-             std::to_string(slot.tpduLength) + "\r\n" + pdu::toHex(slot.bytes));
-        if (slot.status == Status::ReceivedUnread)
-            slot.status = Status::ReceivedRead;
-        if (announced_ == index)
-            announced_.reset();
+        show("+CMGL: " + std::to_string(index) + ",", index, slot);
     }
     return Outcome::Ok;
 }
@@ -450,14 +440,18 @@ EmulatedModem::Outcome EmulatedModem::readMessage(int index) {
     const auto found = messages.find(index);
     if (found == messages.end())
         return cmsError(kInvalidMemoryIndex);
-    Slot& slot = found->second;
-    info("+CMGR: " + std::to_string(int(slot.status)) + ",," + std::to_string(slot.tpduLength) +
+    show("+CMGR: ", index, found->second);
+    return Outcome::Ok;
+}
+
+// A stored message as +CMGL and +CMGR show it; reading marks it read.
+void EmulatedModem::show(const std::string& header, int index, Slot& slot) {
+    info(header + std::to_string(int(slot.status)) + ",," + std::to_string(slot.tpduLength) +
          "\r\n" + pdu::toHex(slot.bytes));
     if (slot.status == Status::ReceivedUnread)
         slot.status = Status::ReceivedRead;
     if (announced_ == index)
         announced_.reset();
-    return Outcome::Ok;
 }
 
 EmulatedModem::Outcome EmulatedModem::sendStored(int index) {
@@ -469,13 +463,18 @@ EmulatedModem::Outcome EmulatedModem::sendStored(int index) {
     if (!decoded || !std::holds_alternative<pdu::Submit>(decoded->tpdu))
         return cmsError(kOperationNotAllowed);
     found->second.status = Status::StoredSent;
-    SentMessage message{pdu::toHex(found->second.bytes), std::get<pdu::Submit>(decoded->tpdu),
-                        decoded->serviceCentre, nextReference_++ & 0xff};
+    recordSent(found->second.bytes, *decoded, "+CMSS: ");
+    return Outcome::Ok;
+}
+
+void EmulatedModem::recordSent(const pdu::Bytes& bytes, const pdu::SmsPdu& decoded,
+                               const char* answer) {
+    SentMessage message{pdu::toHex(bytes), std::get<pdu::Submit>(decoded.tpdu),
+                        decoded.serviceCentre, nextReference_++ & 0xff};
     sent_.push_back(message);
-    info("+CMSS: " + std::to_string(message.reference));
+    info(answer + std::to_string(message.reference));
     if (onSent)
         onSent(message);
-    return Outcome::Ok;
 }
 
 std::optional<int> EmulatedModem::put(const std::string& name, Slot slot) {

@@ -92,6 +92,8 @@ private:
     Outcome listMessages(int status);
     Outcome readMessage(int index);
     Outcome sendStored(int index);
+    void show(const std::string& header, int index, Slot& slot);
+    void recordSent(const pdu::Bytes& bytes, const pdu::SmsPdu& decoded, const char* answer);
     std::optional<int> put(const std::string& storage, Slot slot);
     Storage& storage(const std::string& name);
     void announce();

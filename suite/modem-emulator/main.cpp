@@ -105,22 +105,21 @@ int main(int argc, char** argv) {
     std::fflush(stdout);
 
     const bool trace = parser.isSet(traceOption);
-    modem::EmulatedModem emulated([&port, trace](std::string_view bytes) {
+    // Control characters percent-encoded, so that CR, LF and Ctrl-Z show.
+    const auto log = [trace](const char* direction, std::string_view bytes) {
         if (trace)
-            std::cerr << "<- "
+            std::cerr << direction
                       << QByteArray(bytes.data(), qsizetype(bytes.size()))
                              .toPercentEncoding(" ")
                              .constData()
                       << "\n";
+    };
+    modem::EmulatedModem emulated([&port, log](std::string_view bytes) {
+        log("<- ", bytes);
         port->send(bytes);
     });
-    port->onReceive = [&emulated, trace](std::string_view bytes) {
-        if (trace)
-            std::cerr << "-> "
-                      << QByteArray(bytes.data(), qsizetype(bytes.size()))
-                             .toPercentEncoding(" ")
-                             .constData()
-                      << "\n";
+    port->onReceive = [&emulated, log](std::string_view bytes) {
+        log("-> ", bytes);
         emulated.receive(bytes);
     };
     emulated.onSent = [](const modem::SentMessage& message) {
