@@ -10,6 +10,7 @@
 #include <QDBusVariant>
 #include <QDateTime>
 #include <QRegularExpression>
+#include <QTimer>
 
 #include <vector>
 
@@ -32,6 +33,8 @@ constexpr uint kSmsPduDeliver = 1;
 constexpr uint kSmsStorageSim = 1;
 constexpr uint kValidityRelative = 1;
 constexpr int kSendTimeoutMs = 120'000;
+constexpr int kDeleteAttempts = 10;
+constexpr int kDeleteRetryMs = 1000;
 
 QString qt(const std::u16string& text) {
     return QString::fromStdU16String(text);
@@ -246,11 +249,17 @@ void ModemManagerBackend::onSmsPropertiesChanged(const QDBusMessage& message) {
     importWhenComplete(message.path());
 }
 
-void ModemManagerBackend::deleteSms(const QString& path) {
+void ModemManagerBackend::deleteSms(const QString& path, int attempt) {
     QDBusMessage remove =
         QDBusMessage::createMethodCall(kService, modem_, kMessaging, QStringLiteral("Delete"));
     remove << QVariant::fromValue(QDBusObjectPath(path));
-    bus_.asyncCall(remove);
+    // ModemManager refuses while it is reading another message (its storages are locked); the
+    // copy is tried again a little later, and left for the next start after that.
+    whenAnswered(bus_.asyncCall(remove), this, [this, path, attempt](const QDBusPendingCall& call) {
+        if (call.isError() && attempt < kDeleteAttempts)
+            QTimer::singleShot(kDeleteRetryMs, this,
+                               [this, path, attempt] { deleteSms(path, attempt + 1); });
+    });
 }
 
 void ModemManagerBackend::simMessageStored(const IncomingSms& message) {

@@ -50,14 +50,14 @@ private:
     void offerSim();
     // Imports a received message once it is complete, then deletes the modem's copy.
     void importWhenComplete(const QString& path);
-    void deleteSms(const QString& path);
+    void deleteSms(const QString& path, int attempt = 1);
     QVariantMap smsProperties(const QString& path);
 
     QDBusConnection bus_;
     QString modem_;
     QString description_;
     std::map<QString, IncomingSms> simCopies_; // modem path → message offered for the transfer
-    bool listed_ = false;                       // the messages held at start have been listed
+    bool listed_ = false;                      // the messages held at start have been listed
 };
 
 } // namespace tessaly::telephony
