@@ -81,6 +81,51 @@
 #define IDC_DELETE_DAYS 10013
 #define IDC_DELETE_DAYS_SPIN 10061
 #define IDC_DELETE_DAYS_UNIT 12010
+// Composer "New Message" (IDD_COMPOSER)
+#define IDC_COMPOSE_SEND 10054             // SEND
+#define IDC_COMPOSE_TO_LABEL 10038         // "To:"
+#define IDC_COMPOSE_TO 10010               // recipients, numbers separated by commas
+#define IDC_COMPOSE_TEMPLATE_LABEL 10078   // "Tmpl:"
+#define IDC_COMPOSE_TEMPLATES 10075        // "Insert Template" and the stored templates
+#define IDC_COMPOSE_DOWN 10005             // shows the details rows
+#define IDC_COMPOSE_SCA_LABEL 10069        // details row "SCA:"
+#define IDC_COMPOSE_SCA 10052              // details row: service centre number
+#define IDC_COMPOSE_VALIDITY_LABEL 10073   // details row "Validity:"
+#define IDC_COMPOSE_VALIDITY 10083         // details row: validity periods
+#define IDC_COMPOSE_SAME_SCA 10053         // details row "Use same SCA for reply"
+#define IDC_COMPOSE_UP 10082               // hides the details rows
+#define IDC_COMPOSE_TEXT 10058             // the message text
+#define IDC_COMPOSE_RECP 10006             // favourites menu
+#define IDC_COMPOSE_RECIPIENTS 12039       // "3 Recipients", blank for 0 and 1
+#define IDC_COMPOSE_COUNTER 12040          // "12 characters, 1 message"
+// Notifications: "Message" (IDD_NEW_MESSAGE_NOTIFICATION), "Sending" (IDD_SENDING_NOTIFICATION),
+// "Database" (IDD_SIM_TRANSFER). The header controls use the numbers of their header words.
+#define IDC_NOTIFY_FROM_LABEL 12047
+#define IDC_NOTIFY_NAME 12045
+#define IDC_NOTIFY_DATE_LABEL 12048
+#define IDC_NOTIFY_DATE 12046
+#define IDC_NOTIFY_CALL_BACK 10016
+#define IDC_NOTIFY_REPLY 10018
+#define IDC_NOTIFY_READ_ALL 10017
+#define IDC_NOTIFY_OTHERS 10065
+#define IDC_NOTIFY_HEADER 10340      // as IDS_HEADER_MESSAGE
+#define IDC_NOTIFY_NUMBER 12044
+#define IDC_NOTIFY_TEXT 12020
+#define IDC_SENDING_TO_LABEL 12049
+#define IDC_SENDING_NAME 10068
+#define IDC_SENDING_SEGMENT_LABEL 10070
+#define IDC_SENDING_SEGMENT 10071
+#define IDC_SENDING_DISMISS 10004
+#define IDC_SENDING_HEADER 10338     // as IDS_HEADER_SENDING
+#define IDC_SENDING_TEXT 12050
+#define IDC_SENDING_NUMBER 10069
+#define IDC_SIM_QUESTION 10064
+#define IDC_SIM_YES 10081
+#define IDC_SIM_NO 10080
+#define IDC_SIM_NOTE_LABEL 10067
+#define IDC_SIM_FULL_TEXT 10063
+#define IDC_SIM_PROGRESS 12008
+#define IDC_SIM_HEADER 10339         // as IDS_HEADER_DATABASE
 
 // ---- Commands ----------------------------------------------------------------------------------
 // Main window menu bar
