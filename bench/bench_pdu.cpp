@@ -54,7 +54,8 @@ BENCHMARK(encodeText)->Arg(0)->Arg(1)->ArgName("ucs2");
 void decodeText(benchmark::State& state) {
     const bool ucs2 = state.range(0) != 0;
     std::vector<pdu::Bytes> parts;
-    for (const pdu::Submit& submit : *pdu::makeSubmits(sampleText(ucs2), destination(), 0x42))
+    const auto submits = pdu::makeSubmits(sampleText(ucs2), destination(), 0x42);
+    for (const pdu::Submit& submit : *submits)
         parts.push_back(*pdu::encode(submit));
     for (auto _ : state) {
         std::u16string joined;

@@ -2,6 +2,8 @@
 // the project's modem emulator as the modem (ModemManager's test profile connects to the
 // emulator's unix socket). Skipped when ModemManager or dbus-daemon is not installed.
 
+#include "framework/ui/dialog.h"
+#include "resources/resource.h"
 #include "suite/host/host_session.h"
 #include "suite/host/phone_window.h"
 #include "suite/host/radio_choice.h"
@@ -12,7 +14,7 @@
 #include "suite/telephony/events.h"
 #include "suite/telephony/modemmanager_backend.h"
 #include "suite/telephony/telephony.h"
-#include "tests/module/log_capture.h"
+#include "tests/testkit/scripted_user.h"
 #include "tests/testkit/window_driver.h"
 
 #include "framework/datadir.h"
@@ -39,7 +41,7 @@ namespace {
 namespace modem = tessaly::modem;
 namespace pdu = tessaly::pdu;
 namespace telephony = tessaly::telephony;
-using module_test::LogCapture;
+namespace testkit = tessaly::testkit;
 
 constexpr auto kService = "org.freedesktop.ModemManager1";
 constexpr int kModemStateDisabled = 3;
@@ -180,6 +182,14 @@ protected:
                      emulated_ ? emulated_->unknownCommands().size() : 0);
     }
 
+    static std::vector<tessaly::Dialog*> windowsOf(int templateId) {
+        std::vector<tessaly::Dialog*> found;
+        for (tessaly::Dialog* dialog : tessaly::Dialog::windows())
+            if (dialog->templateId() == templateId && dialog->isWindow())
+                found.push_back(dialog);
+        return found;
+    }
+
     static std::vector<std::u16string> inboxTexts() {
         std::vector<std::u16string> texts;
         GSM::MessageContainer* inbox =
@@ -222,10 +232,10 @@ TEST_F(ModemEndToEnd, SendsAndReceivesThroughModemManager) {
     ASSERT_TRUE(emulated_->store(onSim, true));
     createModem();
 
+    testkit::ScriptedUser user;
     tessaly::host::PhoneWindow phone;
     phone.show();
     tessaly::host::HostSession session(&phone);
-    LogCapture log;
     QString error;
     ASSERT_TRUE(session.start(QStringLiteral(TESSALY_SMS_MODULE_PATH), &error))
         << error.toStdString();
@@ -239,41 +249,54 @@ TEST_F(ModemEndToEnd, SendsAndReceivesThroughModemManager) {
         << "the backend did not enable the modem";
 
     // The SIM transfer: offered, moved into the store, and only then gone from the modem.
-    int used = 0;
-    int capacity = 0;
-    ASSERT_TRUE(waitFor([&] {
-        GSM::sms.simStorage(&used, &capacity);
-        return used == 1;
-    })) << "the SIM message was not offered";
-    ASSERT_TRUE(GSM::sms.moveSimMessages().isOk());
+    ASSERT_TRUE(waitFor([] { return !windowsOf(IDD_SIM_TRANSFER).empty(); }))
+        << "the SIM message was not offered";
+    user.answerBox(IDOK);
+    windowsOf(IDD_SIM_TRANSFER).front()->sendCommand(IDC_SIM_YES);
     EXPECT_TRUE(waitFor([] { return inboxHas(u"Left on the SIM"); }));
     EXPECT_TRUE(waitFor([&] { return emulated_->storedCount("SM") == 0; }))
         << "the modem's copy of the SIM message was not deleted";
+    EXPECT_TRUE(waitFor([&] { return user.boxes().size() == 1; }));
 
-    // SEND: the message reaches the emulator as a correct SUBMIT.
-    log.clear();
-    GSM::Message* sent = queue(u"+447700900123", u"Hello from Tessaly {€} ✓");
-    ASSERT_TRUE(waitFor([&] { return sent->getStatus() == GSM::Message::Sent; }))
-        << "status " << sent->getStatus();
-    ASSERT_EQ(emulated_->sent().size(), 1u);
+    // SEND from the composer: the message reaches the emulator as a correct SUBMIT.
+    phone.homeScreen()->messagesButton()->click();
+    ASSERT_TRUE(waitFor([] { return !windowsOf(IDD_MAIN).empty(); }));
+    ASSERT_TRUE(testkit::chooseCommand(*windowsOf(IDD_MAIN).front(), IDM_MAIN_NEW));
+    ASSERT_TRUE(waitFor([] { return !windowsOf(IDD_COMPOSER).empty(); }));
+    tessaly::Dialog& composer = *windowsOf(IDD_COMPOSER).front();
+    ASSERT_TRUE(testkit::type(composer, IDC_COMPOSE_TO, QStringLiteral("+447700900123")));
+    ASSERT_TRUE(
+        testkit::type(composer, IDC_COMPOSE_TEXT, QStringLiteral("Hello from Tessaly {€} ✓")));
+    user.answerBox(IDYES); // the sender information is empty: send anyway
+    user.answerBox(IDOK);  // sent
+    ASSERT_TRUE(testkit::click(composer, IDC_COMPOSE_SEND));
+    ASSERT_TRUE(waitFor([&] { return emulated_->sent().size() == 1; }))
+        << "nothing reached the modem";
     const pdu::Submit& submit = emulated_->sent()[0].submit;
     EXPECT_EQ(submit.destination.text(), u"+447700900123");
-    EXPECT_EQ(submit.userData.text, u"Hello from Tessaly {€} ✓");
+    // The composer framed the typed text with its greeting and closing.
+    GSM::MessageContainer* outbox =
+        GSM::sms.getMessages(GSM::Sms::FolderOutbox, GSM::Sms::SortByDate);
+    ASSERT_TRUE(outbox && outbox->size() > 0);
+    EXPECT_EQ(submit.userData.text, std::u16string(outbox->get(outbox->size() - 1)->getText()));
+    EXPECT_NE(submit.userData.text.find(u"Hello from Tessaly {€} ✓"), std::u16string::npos);
     EXPECT_EQ(submit.userData.alphabet, pdu::Alphabet::Ucs2);
-    EXPECT_EQ(submit.validity, pdu::Validity::relativeCode(GSM::Message::OneDay));
-    EXPECT_TRUE(waitFor([&] { return log.contains(QStringLiteral("openSendingCompletion(0")); }));
+    ASSERT_TRUE(waitFor([&] { return user.boxes().size() == 3; }));
+    EXPECT_EQ(user.boxes().back().text, QStringLiteral("Your message was sent successfully."));
 
-    // A refused send ends Failed, and the completion carries the modem's words.
-    log.clear();
+    // A send the network refuses ends Failed, and the completion shows the modem's words.
     emulated_->failNextSend(38);
+    user.answerBox(IDOK);
     GSM::Message* refused = queue(u"+447700900124", u"This one is refused");
     ASSERT_TRUE(waitFor([&] { return refused->getStatus() == GSM::Message::Failed; }));
-    EXPECT_TRUE(waitFor([&] { return log.contains(QStringLiteral("openSendingCompletion(520")); }))
-        << log.lines().join(u'\n').toStdString();
+    ASSERT_TRUE(waitFor([&] { return user.boxes().size() == 4; }));
+    EXPECT_FALSE(user.boxes().back().text.isEmpty());
+    EXPECT_NE(user.boxes().back().text, QStringLiteral("Your message was sent successfully."));
+    std::printf("the modem's refusal as the completion shows it: %s\n",
+                qPrintable(user.boxes().back().text));
 
-    // RECEIVE: a message injected at the emulator lands in the Inbox with the notification,
-    // a long one reassembled, and the modem's copies are deleted.
-    log.clear();
+    // RECEIVE: messages injected at the emulator land in the Inbox with the new-message
+    // notification, a long one reassembled, and the modem's copies are deleted.
     const std::u16string longText(200, u'z');
     emulated_->deliverText(u"+447700900777", u"Reply from the network 😀",
                            {2026, 11, 23, 18, 0, 0, 0});
@@ -281,14 +304,12 @@ TEST_F(ModemEndToEnd, SendsAndReceivesThroughModemManager) {
     ASSERT_TRUE(waitFor([&] {
         return inboxHas(u"Reply from the network 😀") && inboxHas(longText);
     })) << "the received messages did not reach the Inbox";
-    EXPECT_TRUE(waitFor([&] { return log.contains(QStringLiteral("openMessageNotification(")); }));
+    ASSERT_TRUE(waitFor([] { return !windowsOf(IDD_NEW_MESSAGE_NOTIFICATION).empty(); }));
     EXPECT_TRUE(waitFor([&] { return emulated_->storedCount("ME") == 0; }))
         << "the modem's copies of received messages were not deleted";
     EXPECT_EQ(phone.homeScreen()->unreadText(), QStringLiteral("2 new messages"));
-
-    phone.homeScreen()->messagesButton()->click();
     waitFor([] { return false; }, 300);
-    const QString picture = tessaly::testkit::testOutputPath(QStringLiteral("modem_inbox.png"));
+    const QString picture = testkit::testOutputPath(QStringLiteral("modem_new_message.png"));
     QDir().mkpath(QFileInfo(picture).absolutePath());
     EXPECT_TRUE(tessaly::host::grabPhone(phone).save(picture));
     session.stop();
