@@ -5,6 +5,7 @@
 // per-character count below gives. libFuzzer entry point; the test replay_telephony_texts
 // replays it.
 
+#include "fuzz/plain_length.h"
 #include "module/telephony/gsm.h"
 #include "suite/telephony/events.h"
 #include "suite/telephony/simulator.h"
@@ -34,57 +35,6 @@ telephony::Options storeOptions() {
     return options;
 }
 
-bool isHigh(char16_t c) {
-    return c >= 0xd800 && c <= 0xdbff;
-}
-
-bool isLow(char16_t c) {
-    return c >= 0xdc00 && c <= 0xdfff;
-}
-
-// The counting rule one character at a time, as plainly as it can be written.
-std::pair<int, int> plainLength(const std::u16string& text) {
-    static const std::u16string single =
-        u"@£$¥èéùìòÇ\nØø\rÅåΔ_ΦΓΛΩΠΨΣΘΞÆæßÉ !\"#¤%&'()*+,-./0123456789:;<=>?"
-        u"¡ABCDEFGHIJKLMNOPQRSTUVWXYZÄÖÑÜ§¿abcdefghijklmnopqrstuvwxyzäöñüà";
-    static const std::u16string extension = u"\f^{}\\[~]|€";
-    if (text.empty())
-        return {0, 0};
-    bool gsm = true;
-    int septets = 0, parts = 1, fill = 0;
-    for (const char16_t c : text) {
-        const int width = single.find(c) != std::u16string::npos      ? 1
-                          : extension.find(c) != std::u16string::npos ? 2
-                                                                      : 0;
-        if (width == 0) {
-            gsm = false;
-            break;
-        }
-        septets += width;
-        fill += width;
-        if (fill > 153) {
-            ++parts;
-            fill = width;
-        }
-    }
-    if (gsm)
-        return {septets, septets <= 160 ? 1 : parts};
-    int units = 0;
-    parts = 1;
-    fill = 0;
-    for (std::size_t i = 0; i < text.size();) {
-        const int width = isHigh(text[i]) && i + 1 < text.size() && isLow(text[i + 1]) ? 2 : 1;
-        units += width;
-        fill += width;
-        if (fill > 67) {
-            ++parts;
-            fill = width;
-        }
-        i += std::size_t(width);
-    }
-    return {units, units <= 70 ? 1 : parts};
-}
-
 [[noreturn]] void fail(const char* what) {
     std::fprintf(stderr, "fuzz_telephony_texts: %s\n", what);
     std::abort();
@@ -97,7 +47,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::memcpy(text.data(), data, text.size() * sizeof(char16_t));
     const std::u16string shown = text.substr(0, text.find(u'\0'));
 
-    const auto [characters, messages] = plainLength(shown);
+    const auto [characters, messages] = tessaly::fuzz::plainLength(shown);
     int counted = -1, parts = -1;
     GSM::sms.getLengthInfo(shown.c_str(), &counted, &parts);
     if (counted != characters || parts != messages)
