@@ -146,9 +146,14 @@ private:
         return powers_[std::size_t(exponent)];
     }
 
-    // The hash of cur_[from, end).
+    // The hash of cur_[from, end). Prefix hashes are made when first asked for: a text without
+    // sender or recipient placeholders never needs them.
     std::uint64_t suffixHash(qsizetype from) {
         const qsizetype length = cur_.size();
+        for (qsizetype at = qsizetype(prefix_.size()) - 1; at < length; ++at) {
+            const std::uint64_t next = multiply(prefix_.back(), kBase) + cur_.at(at).unicode() + 1;
+            prefix_.push_back(next >= kModulus ? next - kModulus : next);
+        }
         const std::uint64_t whole = prefix_[std::size_t(length)];
         const std::uint64_t head = multiply(prefix_[std::size_t(from)], power(length - from));
         return whole >= head ? whole - head : whole + kModulus - head;
@@ -158,12 +163,11 @@ private:
         return !mark.isEmpty() && QStringView(cur_).mid(at + 1).startsWith(mark);
     }
 
-    void pushChar(QChar c) {
-        if (c == u'[')
-            opens_.push_back(cur_.size());
-        cur_.append(c);
-        const std::uint64_t next = multiply(prefix_.back(), kBase) + c.unicode() + 1;
-        prefix_.push_back(next >= kModulus ? next - kModulus : next);
+    void pushText(QStringView text) {
+        const qsizetype start = cur_.size();
+        cur_.append(text);
+        for (qsizetype at = text.indexOf(u'['); at >= 0; at = text.indexOf(u'[', at + 1))
+            opens_.push_back(start + at);
     }
 
     // Whether a "[" starts a mark depends on the text after it, so every change at the end of
@@ -181,22 +185,21 @@ private:
 
     void append(QStringView group) {
         carried_ = cur_.size();
-        for (const QChar c : group)
-            pushChar(c);
+        pushText(group);
         judgeMarksFrom(carried_);
     }
 
     // What is left of the group before `at`, then `replacement` (which holds no brackets).
     void replaceFrom(qsizetype at, const QString& replacement) {
         truncate(at);
-        for (const QChar c : replacement)
-            pushChar(c);
+        pushText(replacement);
         judgeMarksFrom(at);
     }
 
     void truncate(qsizetype length) {
         cur_.truncate(length);
-        prefix_.resize(std::size_t(length) + 1);
+        if (qsizetype(prefix_.size()) > length + 1)
+            prefix_.resize(std::size_t(length) + 1);
         while (!opens_.empty() && opens_.back() >= length)
             opens_.pop_back();
         while (!candidates_.empty() && candidates_.back() >= length)
@@ -245,11 +248,12 @@ private:
         const qsizetype open = opens_.front();
         const qsizetype last = cur_.size() - 1;
         if (candidates_.empty() || candidates_.front() != open) {
+            // The "[" stays in the prefix hashes made so far: only suffixes after it are asked
+            // for, and the difference of two prefix hashes does not depend on it.
             cur_[open] = u'<';
             cur_[last] = u'>';
-            prefix_.pop_back();
-            const std::uint64_t next = multiply(prefix_.back(), kBase) + u'>' + 1;
-            prefix_.push_back(next >= kModulus ? next - kModulus : next);
+            if (qsizetype(prefix_.size()) > last + 1)
+                prefix_.resize(std::size_t(last) + 1);
             opens_.pop_front();
             judgeMarksFrom(last);
             joinedAt_ = recorded_.size();
@@ -270,7 +274,7 @@ private:
     const QString& recipientMark_;
     const qsizetype longestMark_;          // with its "["
     QString cur_;                          // the group being walked, with what it carried in
-    std::vector<std::uint64_t> prefix_{0}; // hashes of cur_'s prefixes
+    std::vector<std::uint64_t> prefix_{0}; // hashes of cur_'s prefixes, as far as made
     std::vector<std::uint64_t> powers_{1};
     std::deque<qsizetype> opens_;      // every "[" in cur_
     std::deque<qsizetype> candidates_; // the "[" that start a sender or recipient span

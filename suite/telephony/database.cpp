@@ -65,15 +65,15 @@ Statement& Statement::bind(int index, std::int64_t value) {
 
 namespace {
 
-// SQLite turns UTF-16 into the file's UTF-8 and pairs a lone surrogate with whatever follows
-// it, so such a text would come back changed.
-bool hasLoneSurrogate(std::u16string_view text) {
+// SQLite keeps text as UTF-8 in the file and changes what it cannot carry: it pairs a lone
+// surrogate with whatever follows it, and reads U+FFFE and U+FFFF back as U+FFFD.
+bool changesAsSqliteText(std::u16string_view text) {
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char16_t c = text[i];
         if (c >= 0xd800 && c <= 0xdbff && i + 1 < text.size() && text[i + 1] >= 0xdc00 &&
             text[i + 1] <= 0xdfff)
             ++i;
-        else if (c >= 0xd800 && c <= 0xdfff)
+        else if ((c >= 0xd800 && c <= 0xdfff) || c >= 0xfffe)
             return true;
     }
     return false;
@@ -81,14 +81,14 @@ bool hasLoneSurrogate(std::u16string_view text) {
 
 } // namespace
 
-// A text that is not valid UTF-16 is stored as its UTF-16 bytes (a BLOB in the text column),
-// which text() reads back unchanged; every other text stays TEXT, as queries expect.
+// Such a text is stored as its UTF-16 bytes (a BLOB in the text column), which text() reads
+// back unchanged; every other text stays TEXT, as queries expect.
 Statement& Statement::bind(int index, std::u16string_view text) {
     if (!statement_)
         return *this;
     const int bytes = int(text.size() * sizeof(char16_t));
     const int rc =
-        hasLoneSurrogate(text)
+        changesAsSqliteText(text)
             ? sqlite3_bind_blob(statement_, index, text.data(), bytes, SQLITE_TRANSIENT)
             : sqlite3_bind_text16(statement_, index, text.data(), bytes, SQLITE_TRANSIENT);
     if (rc != SQLITE_OK)
