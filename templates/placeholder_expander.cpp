@@ -126,6 +126,7 @@ public:
 private:
     static constexpr std::uint64_t kModulus = (std::uint64_t(1) << 61) - 1;
     static constexpr std::uint64_t kBase = 1000003;
+    static constexpr std::size_t kComparedDirectly = 4;
 
     struct Recorded {
         QString span;
@@ -144,6 +145,16 @@ private:
         while (qsizetype(powers_.size()) <= exponent)
             powers_.push_back(multiply(powers_.back(), kBase));
         return powers_[std::size_t(exponent)];
+    }
+
+    // The same polynomial as suffixHash, for a text on its own.
+    static std::uint64_t hashOf(QStringView text) {
+        std::uint64_t hash = 0;
+        for (const QChar c : text) {
+            const std::uint64_t next = multiply(hash, kBase) + c.unicode() + 1;
+            hash = next >= kModulus ? next - kModulus : next;
+        }
+        return hash;
     }
 
     // The hash of cur_[from, end). Prefix hashes are made when first asked for: a text without
@@ -223,10 +234,18 @@ private:
             const std::size_t earliest = at >= carried_ ? 0 : joinedAt_;
             if (earliest >= recorded_.size())
                 break;
-            const auto found = byHash_.find(suffixHash(at));
-            if (found == byHash_.end())
+            const auto sameLength = byLength_.find(cur_.size() - at);
+            if (sameLength == byLength_.end())
                 continue;
-            for (const std::size_t index : found->second) {
+            // A few spans of that length are compared as they are; many, through the hash.
+            const std::vector<std::size_t>* indexes = &sameLength->second;
+            if (indexes->size() > kComparedDirectly) {
+                const auto found = byHash_.find(suffixHash(at));
+                if (found == byHash_.end())
+                    continue;
+                indexes = &found->second;
+            }
+            for (const std::size_t index : *indexes) {
                 if (index >= best)
                     break;
                 if (index < earliest || recorded_[index].span != QStringView(cur_).mid(at))
@@ -263,9 +282,10 @@ private:
         const qsizetype valueAt = open + 1 + (sender ? senderMark_ : recipientMark_).size();
         QString replacement = replacementFor(sender, cur_.mid(valueAt, last - valueAt));
         replacement.replace(u'[', u'<').replace(u']', u'>');
-        const std::uint64_t hash = suffixHash(open);
-        byHash_[hash].push_back(recorded_.size());
-        recorded_.push_back({cur_.mid(open), replacement});
+        const QString span = cur_.mid(open);
+        byHash_[hashOf(span)].push_back(recorded_.size());
+        byLength_[span.size()].push_back(recorded_.size());
+        recorded_.push_back({span, replacement});
         replaceFrom(open, replacement);
         joinedAt_ = recorded_.size();
     }
@@ -282,6 +302,7 @@ private:
     std::size_t joinedAt_ = 0;         // spans recorded from here on apply to that part
     std::vector<Recorded> recorded_;
     std::unordered_map<std::uint64_t, std::vector<std::size_t>> byHash_;
+    std::unordered_map<qsizetype, std::vector<std::size_t>> byLength_;
 };
 
 } // namespace
