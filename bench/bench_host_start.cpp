@@ -5,9 +5,9 @@
 // paint of everything on the screen. The screenshot run: a new tessaly-phone process from exec
 // to its saved picture, with the process's peak memory. On 0, 10,000 and 100,000 messages.
 
+#include "bench/answering_user.h"
 #include "framework/datadir.h"
 #include "framework/time/clock.h"
-#include "framework/ui/useragent.h"
 #include "suite/host/host_session.h"
 #include "suite/host/phone_window.h"
 #include "suite/host/screenshot.h"
@@ -67,7 +67,8 @@ QString dataDirectory(int messages) {
     return directory->path();
 }
 
-void BM_ColdStartToHomeScreen(benchmark::State& state) {
+// Cold start to the home screen; with `openMessages`, then Messages and the first paint.
+void startPhone(benchmark::State& state, bool openMessages) {
     const QString directory = dataDirectory(int(state.range(0)));
     tessaly::setDataDirectory(directory);
     for (auto _ : state) {
@@ -79,48 +80,13 @@ void BM_ColdStartToHomeScreen(benchmark::State& state) {
             state.SkipWithError(qPrintable(error));
             break;
         }
-        benchmark::DoNotOptimize(phone->homeScreen()->unreadText());
-
-        state.PauseTiming();
-        session.reset();
-        phone.reset();
-        tessaly::telephony::close();
-        state.ResumeTiming();
-    }
-    tessaly::setDataDirectory(QString());
-}
-BENCHMARK(BM_ColdStartToHomeScreen)->Arg(0)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
-
-// Answers the size warning of a folder over 1,000 messages at once, as a person tapping OK.
-class AnsweringUser final : public tessaly::UserAgent {
-public:
-    int messageBox(QWidget*, const QString&, const QString&, UINT) override { return IDOK; }
-    int trackPopupMenu(QWidget*, const tessaly::MenuItem&, QPoint) override { return 0; }
-    int runModal(tessaly::Dialog&) override { return IDCANCEL; }
-    tessaly::ContactPickerChoice
-    pickContact(QWidget*, const QString&,
-                const std::vector<tessaly::ContactPickerEntry>&) override {
-        return {};
-    }
-};
-
-void BM_StartToMessages(benchmark::State& state) {
-    const QString directory = dataDirectory(int(state.range(0)));
-    tessaly::setDataDirectory(directory);
-    AnsweringUser user;
-    tessaly::UserAgent::install(&user);
-    for (auto _ : state) {
-        tessaly::telephony::open();
-        auto phone = std::make_unique<tessaly::host::PhoneWindow>();
-        auto session = std::make_unique<tessaly::host::HostSession>(phone.get());
-        QString error;
-        if (!session->start(QStringLiteral(TESSALY_SMS_MODULE_PATH), &error)) {
-            state.SkipWithError(qPrintable(error));
-            break;
+        if (openMessages) {
+            phone->show();
+            phone->homeScreen()->messagesButton()->click();
+            benchmark::DoNotOptimize(tessaly::host::grabPhone(*phone).constBits());
+        } else {
+            benchmark::DoNotOptimize(phone->homeScreen()->unreadText());
         }
-        phone->show();
-        phone->homeScreen()->messagesButton()->click();
-        benchmark::DoNotOptimize(tessaly::host::grabPhone(*phone).constBits());
 
         state.PauseTiming();
         session.reset();
@@ -129,8 +95,19 @@ void BM_StartToMessages(benchmark::State& state) {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         state.ResumeTiming();
     }
-    tessaly::UserAgent::install(nullptr);
     tessaly::setDataDirectory(QString());
+}
+
+void BM_ColdStartToHomeScreen(benchmark::State& state) {
+    startPhone(state, false);
+}
+BENCHMARK(BM_ColdStartToHomeScreen)->Arg(0)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+
+void BM_StartToMessages(benchmark::State& state) {
+    AnsweringUser user;
+    tessaly::UserAgent::install(&user);
+    startPhone(state, true);
+    tessaly::UserAgent::install(nullptr);
 }
 BENCHMARK(BM_StartToMessages)->Arg(0)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 

@@ -4,6 +4,7 @@
 // field a row shows read through the telephony interface. Goal: 10,000 messages shown in under 150
 // ms and within 3x of that query.
 
+#include "bench/answering_user.h"
 #include "framework/resources/resources.h"
 #include "framework/ui/useragent.h"
 #include "lists/list_sort_table.h"
@@ -38,19 +39,6 @@ public:
 
 private:
     SmsSettings settings_;
-};
-
-// Answers the size warning at once; nothing else is asked while opening.
-class AnsweringUser final : public tessaly::UserAgent {
-public:
-    int messageBox(QWidget*, const QString&, const QString&, UINT) override { return IDOK; }
-    int trackPopupMenu(QWidget*, const tessaly::MenuItem&, QPoint) override { return 0; }
-    int runModal(tessaly::Dialog&) override { return IDCANCEL; }
-    tessaly::ContactPickerChoice
-    pickContact(QWidget*, const QString&,
-                const std::vector<tessaly::ContactPickerEntry>&) override {
-        return {};
-    }
 };
 
 int seededCount = -1;
