@@ -65,9 +65,12 @@ Statement& Statement::bind(int index, std::int64_t value) {
 
 namespace {
 
-// SQLite keeps text as UTF-8 in the file and changes what it cannot carry: it pairs a lone
-// surrogate with whatever follows it, and reads U+FFFE and U+FFFF back as U+FFFD.
+// SQLite keeps text as UTF-8 in the file and changes what it cannot carry: it takes a leading
+// U+FEFF for a byte-order mark and drops it, pairs a lone surrogate with whatever follows it,
+// and reads U+FFFE and U+FFFF back as U+FFFD.
 bool changesAsSqliteText(std::u16string_view text) {
+    if (!text.empty() && text.front() == 0xfeff)
+        return true;
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char16_t c = text[i];
         if (c >= 0xd800 && c <= 0xdbff && i + 1 < text.size() && text[i + 1] >= 0xdc00 &&
