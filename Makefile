@@ -1,8 +1,9 @@
 # The two commands a newcomer needs: `make run` and `make test`.
 JOBS ?= $(shell nproc)
 ARGS ?= --demo
+FUZZ_SECONDS ?= 120
 
-.PHONY: run test bench build asan deps deps-run format clean
+.PHONY: run test bench fuzz build asan deps deps-run format clean
 
 deps:
 	tools/install-deps
@@ -28,8 +29,13 @@ asan: deps
 bench: build
 	tools/run-benchmarks
 
+# Every libFuzzer target built with clang, each run FUZZ_SECONDS (see docs/fuzzing.md).
+fuzz:
+	tools/install-deps --fuzz
+	tools/run-fuzz $(FUZZ_SECONDS)
+
 format:
 	git ls-files '*.cpp' '*.h' | xargs clang-format -i
 
 clean:
-	rm -rf build build-asan
+	rm -rf build build-asan build-fuzz

@@ -1,22 +1,37 @@
-// Cold start of the phone to its home screen: open the data directory's telephony store, load
-// Sms.tsm (its application object runs), resolve the nine entry points, install the hooks, call
-// initModule and build the home screen with its unread count. Once on an empty data directory,
-// once on one holding 10,000 messages.
+// What a person waits for when the phone starts. Cold start to the home screen: open the data
+// directory's telephony store, load Sms.tsm (its application object runs), resolve the nine entry
+// points, install the hooks, call initModule and build the home screen with its unread count.
+// Start to the SMS main window: the same, then the Messages button (openSms) and the first
+// paint of everything on the screen. The screenshot run: a new tessaly-phone process from exec
+// to its saved picture, with the process's peak memory. On 0, 10,000 and 100,000 messages.
 
+#include "bench/answering_user.h"
 #include "framework/datadir.h"
 #include "framework/time/clock.h"
 #include "suite/host/host_session.h"
 #include "suite/host/phone_window.h"
+#include "suite/host/screenshot.h"
 #include "suite/host/system_language.h"
 #include "suite/telephony/simulator.h"
 #include "suite/telephony/telephony.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QPushButton>
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
 
 #include <memory>
+
+#include <algorithm>
+
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+extern char** environ;
 
 namespace {
 
@@ -52,7 +67,8 @@ QString dataDirectory(int messages) {
     return directory->path();
 }
 
-void BM_ColdStartToHomeScreen(benchmark::State& state) {
+// Cold start to the home screen; with `openMessages`, then Messages and the first paint.
+void startPhone(benchmark::State& state, bool openMessages) {
     const QString directory = dataDirectory(int(state.range(0)));
     tessaly::setDataDirectory(directory);
     for (auto _ : state) {
@@ -64,17 +80,104 @@ void BM_ColdStartToHomeScreen(benchmark::State& state) {
             state.SkipWithError(qPrintable(error));
             break;
         }
-        benchmark::DoNotOptimize(phone->homeScreen()->unreadText());
+        if (openMessages) {
+            phone->show();
+            phone->homeScreen()->messagesButton()->click();
+            benchmark::DoNotOptimize(tessaly::host::grabPhone(*phone).constBits());
+        } else {
+            benchmark::DoNotOptimize(phone->homeScreen()->unreadText());
+        }
 
         state.PauseTiming();
         session.reset();
         phone.reset();
         tessaly::telephony::close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         state.ResumeTiming();
     }
     tessaly::setDataDirectory(QString());
 }
-BENCHMARK(BM_ColdStartToHomeScreen)->Arg(0)->Arg(10000)->Unit(benchmark::kMillisecond);
+
+void BM_ColdStartToHomeScreen(benchmark::State& state) {
+    startPhone(state, false);
+}
+BENCHMARK(BM_ColdStartToHomeScreen)->Arg(0)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+
+void BM_StartToMessages(benchmark::State& state) {
+    AnsweringUser user;
+    tessaly::UserAgent::install(&user);
+    startPhone(state, true);
+    tessaly::UserAgent::install(nullptr);
+}
+BENCHMARK(BM_StartToMessages)->Arg(0)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+
+// The process's high-water mark of resident memory, 0 once it has ended. (The rusage of a
+// child would not do: it starts from this process's own peak at the spawn.)
+long residentPeakKiB(pid_t process) {
+    QFile status(QStringLiteral("/proc/%1/status").arg(process));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray& line : status.readAll().split('\n')) {
+        if (line.startsWith("VmHWM:"))
+            return line.mid(6).trimmed().split(' ').front().toLong();
+    }
+    return 0;
+}
+
+// Runs the program once; false when it could not run or did not end with 0. Its peak memory
+// is read while it runs, every 2 ms.
+bool runPhone(const std::vector<std::string>& arguments, long* peakKiB) {
+    std::vector<char*> argv;
+    for (const std::string& argument : arguments)
+        argv.push_back(const_cast<char*>(argument.c_str()));
+    argv.push_back(nullptr);
+    pid_t child = 0;
+    if (posix_spawn(&child, argv[0], nullptr, nullptr, argv.data(), environ) != 0)
+        return false;
+    int status = 0;
+    *peakKiB = 0;
+    for (;;) {
+        *peakKiB = std::max(*peakKiB, residentPeakKiB(child));
+        const pid_t ended = waitpid(child, &status, WNOHANG);
+        if (ended == child)
+            break;
+        if (ended < 0)
+            return false;
+        usleep(2000);
+    }
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+void BM_ScreenshotRun(benchmark::State& state) {
+    const QString directory = dataDirectory(int(state.range(0)));
+    const std::string picture = QDir(directory).filePath(QStringLiteral("run.png")).toStdString();
+    // TESSALY_PHONE times another build of the program, for a before-and-after comparison.
+    const QByteArray phone = qEnvironmentVariableIsSet("TESSALY_PHONE")
+                                 ? qgetenv("TESSALY_PHONE")
+                                 : QByteArray(TESSALY_PHONE_PATH);
+    std::vector<std::string> arguments{phone.toStdString(), "--data-dir", directory.toStdString(),
+                                       "--screenshot", picture};
+    if (state.range(1) != 0)
+        arguments.emplace_back("--open-messages");
+    long peakKiB = 0;
+    // The first run writes the module's factory templates; every later start finds them.
+    if (!runPhone(arguments, &peakKiB)) {
+        state.SkipWithError("tessaly-phone failed");
+        return;
+    }
+    for (auto _ : state) {
+        if (!runPhone(arguments, &peakKiB)) {
+            state.SkipWithError("tessaly-phone failed");
+            break;
+        }
+    }
+    state.counters["peak_MiB"] = double(peakKiB) / 1024.0;
+}
+BENCHMARK(BM_ScreenshotRun)
+    ->ArgsProduct({{0, 10000, 100000}, {0, 1}})
+    ->ArgNames({"messages", "open"})
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 
 // The module's share alone: the store is already open, no screen is built.
 void BM_LoadResolveInit(benchmark::State& state) {

@@ -1,6 +1,6 @@
-// The length query runs on every keystroke (goal: under 2 ns per character); the Inbox list is
-// rebuilt from a container on every store change (goal: 10,000 messages in under 50 ms, growing
-// linearly).
+// The length query runs on every keystroke (goal: 0.4 ns per character for 7-bit and UCS-2 text);
+// the Inbox list is rebuilt from a container on every store change (goal: 10,000 messages in under
+// 50 ms, growing linearly).
 
 #include "suite/telephony/events.h"
 #include "suite/telephony/length_info.h"

@@ -55,6 +55,19 @@ void expandForThousandRecipients(benchmark::State& state) {
 }
 BENCHMARK(expandForThousandRecipients)->Unit(benchmark::kMillisecond);
 
+// Hostile text: many placeholders of each kind the walk handles differently and an unclosed
+// bracket after each, about 27 characters a repeat (20,000 repeats are about 540 KB).
+void expandHostileText(benchmark::State& state) {
+    const StoreFixture fixture;
+    const QString text = QStringLiteral("[Sender:First Name] [x:y] [").repeated(state.range(0));
+    tessaly::sms::PlaceholderExpander expander(
+        {QStringLiteral("Ann"), QStringLiteral("Lee"), QStringLiteral("+4912")});
+    for (auto _ : state)
+        benchmark::DoNotOptimize(expander.expandForSending(text, {}));
+    state.SetItemsProcessed(state.iterations() * text.size());
+}
+BENCHMARK(expandHostileText)->Arg(2000)->Arg(20000)->Unit(benchmark::kMillisecond);
+
 void restoreFactoryVariables(benchmark::State& state) {
     const StoreFixture fixture;
     for (auto _ : state)

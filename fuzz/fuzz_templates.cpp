@@ -1,20 +1,34 @@
 // Fuzz target for placeholder handling: arbitrary text through the send-time expansion and the
 // template editor's marks-to-placeholders conversion. Both must end and never crash, whatever
-// the brackets, colons and person names. libFuzzer entry point; tests/templates replays it.
+// the brackets, colons and person names, and the bracket walk must give exactly what the simple
+// walk below gives. libFuzzer entry point; tests/templates replays it.
 
 #include "framework/datadir.h"
 #include "framework/registry/profile.h"
 #include "framework/resources/resources.h"
+#include "resources/resource.h"
 #include "resources/sms_resources.h"
 #include "templates/factory_defaults.h"
 #include "templates/placeholder_expander.h"
+#include "templates/placeholder_texts.h"
 
 #include <QTemporaryDir>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 
 namespace {
+
+using tessaly::sms::PlaceholderExpander;
+using tessaly::sms::RecipientInfo;
+using tessaly::sms::SenderInfo;
+
+// The simple walk is quadratic on hostile text, and markers to placeholders reads the registry
+// for every mark; above this size only the send-time expansion runs.
+constexpr std::size_t kLargestForSlowSteps = 64 * 1024;
 
 // A private profile with the factory variables, so that marks find their variables.
 bool prepareStore() {
@@ -27,20 +41,82 @@ bool prepareStore() {
     return true;
 }
 
+// The walk as first written, kept as the oracle: each round takes the first "[" and the first
+// "]" after it, turns their brackets into "<" ">", or replaces every copy of a sender or
+// recipient placeholder in the whole text by its field.
+QString simpleWalk(const QString& text, const SenderInfo& senderInfo,
+                   const RecipientInfo& recipient, bool* missing) {
+    const QString colon = tessaly::sms::placeholderColon();
+    const QString sender = tessaly::loadString(IDS_VAR_SENDER);
+    const QString recipientName = tessaly::loadString(IDS_VAR_RECIPIENT);
+    QString out = text;
+    qsizetype from = 0;
+    for (;;) {
+        const qsizetype open = out.indexOf(u'[', from);
+        const qsizetype close = open < 0 ? -1 : out.indexOf(u']', open + 1);
+        if (close < 0)
+            break;
+        const QString inner = out.mid(open + 1, close - open - 1);
+        const qsizetype split = inner.indexOf(colon);
+        const QString name = split >= 0 ? inner.left(split) : inner;
+        const QString value = split >= 0 ? inner.mid(split + colon.size()) : QString();
+        const bool isSender = split >= 0 && !sender.isEmpty() && name == sender;
+        const bool isRecipient = split >= 0 && !recipientName.isEmpty() && name == recipientName;
+        if (!isSender && !isRecipient) {
+            out[open] = u'<';
+            out[close] = u'>';
+            from = open + 1;
+            continue;
+        }
+        QString replacement = isSender
+                                  ? PlaceholderExpander::senderField(senderInfo, value, missing)
+                                  : PlaceholderExpander::recipientField(recipient, value);
+        replacement.replace(u'[', u'<').replace(u']', u'>');
+        out.replace(out.mid(open, close - open + 1), replacement);
+        from = open;
+    }
+    return out;
+}
+
+// Token mode: each byte picks a piece, so that placeholders, half placeholders and repeats of
+// the same placeholder turn up far more often than in random text.
+QString tokenText(const std::uint8_t* data, std::size_t size) {
+    static const std::array<QString, 16> pieces{
+        QStringLiteral("["),          QStringLiteral("]"),
+        QStringLiteral("Sender:"),    QStringLiteral("Recipient:"),
+        QStringLiteral("First Name"), QStringLiteral("Initials"),
+        QStringLiteral(":"),          QStringLiteral(" "),
+        QStringLiteral("x"),          QStringLiteral("<"),
+        QStringLiteral(">"),          QStringLiteral("[Sender:"),
+        QStringLiteral("Phone]"),     QStringLiteral("Time:Now"),
+        QStringLiteral("[x:y]"),      QStringLiteral("[Recipient:Full Name]")};
+    QString text;
+    for (std::size_t i = 0; i < size; ++i)
+        text += pieces[data[i] % pieces.size()];
+    return text;
+}
+
+[[noreturn]] void fail(const char* what) {
+    std::fprintf(stderr, "fuzz_templates: %s\n", what);
+    std::abort();
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const bool ready = prepareStore();
     (void)ready;
-    // The first byte picks the person fields: plain, empty, or themselves full of marks.
+    // The first byte picks the person fields (plain, empty, or themselves full of marks) and
+    // whether the rest is text or tokens.
     const std::uint8_t mode = size > 0 ? data[0] : 0;
-    const QString text = QString::fromUtf8(reinterpret_cast<const char*>(data), qsizetype(size));
+    const QString text =
+        mode % 6 >= 3 ? tokenText(data + 1, size - 1)
+                      : QString::fromUtf8(reinterpret_cast<const char*>(data), qsizetype(size));
 
-    tessaly::sms::SenderInfo sender{QStringLiteral("Ann"), QStringLiteral("Lee"),
-                                    QStringLiteral("+4912")};
-    tessaly::sms::RecipientInfo recipient{QStringLiteral("Bob"), QStringLiteral("Marsh"),
-                                          QStringLiteral("Bob Marsh"), QStringLiteral("BM"),
-                                          QStringLiteral("+111")};
+    SenderInfo sender{QStringLiteral("Ann"), QStringLiteral("Lee"), QStringLiteral("+4912")};
+    RecipientInfo recipient{QStringLiteral("Bob"), QStringLiteral("Marsh"),
+                            QStringLiteral("Bob Marsh"), QStringLiteral("BM"),
+                            QStringLiteral("+111")};
     if (mode % 3 == 1) {
         sender = {};
         recipient = {};
@@ -48,12 +124,22 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         sender.firstName = text.left(16);
         recipient.fullName = text.right(16);
     }
-    tessaly::sms::PlaceholderExpander expander(sender);
+    PlaceholderExpander expander(sender);
+    if (size <= kLargestForSlowSteps) {
+        bool simpleMissing = false;
+        const QString expected = simpleWalk(text, sender, recipient, &simpleMissing);
+        if (expander.fillPersonPlaceholders(text, recipient) != expected)
+            fail("the bracket walk differs from the simple walk");
+        if (expander.senderInformationMissing() != simpleMissing)
+            fail("the sender-information flag differs from the simple walk's");
+    }
     const QString sent = expander.expandForSending(text, recipient);
     // The expansion removes every mark.
     if (sent.contains(u'[') || sent.contains(u']') || sent.contains(u'<') || sent.contains(u'>'))
-        __builtin_trap();
-    const QString body = tessaly::sms::PlaceholderExpander::markersToPlaceholders(text);
-    (void)body;
+        fail("a mark is left in the sent text");
+    if (size <= kLargestForSlowSteps) {
+        const QString body = PlaceholderExpander::markersToPlaceholders(text);
+        (void)body;
+    }
     return 0;
 }

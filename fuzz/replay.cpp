@@ -84,4 +84,20 @@ TEST(TESSALY_FUZZ_SUITE, RandomInputs) {
     }
 }
 
+// The largest input the fuzzers are given (make fuzz passes the same -max_len): every seed
+// repeated up to 1 MB must be handled in reasonable time.
+constexpr std::size_t kLargestInput = 1 << 20;
+
+TEST(TESSALY_FUZZ_SUITE, LargestInputs) {
+    for (const Input& seed : seeds()) {
+        if (seed.empty())
+            continue;
+        Input input;
+        input.reserve(kLargestInput);
+        while (input.size() + seed.size() <= kLargestInput)
+            input.insert(input.end(), seed.begin(), seed.end());
+        run(input);
+    }
+}
+
 } // namespace

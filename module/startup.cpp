@@ -1,6 +1,7 @@
 #include "module/startup.h"
 
 #include "framework/registry/profile.h"
+#include "framework/registry/registry.h"
 #include "module/module_language.h"
 #include "module/module_state.h"
 #include "templates/factory_defaults.h"
@@ -12,6 +13,8 @@ void startModule(FactorySeeding seedFactoryData) {
     profile::setProfileName(QStringLiteral("SMS"));
     moduleContext().resources = &systemLanguageResources();
     const ModuleScope scope;
+    // Hundreds of small writes on a first start: one commit and one sync for all of them.
+    const RegistryWriteBatch batch;
     if (seedFactoryData)
         seedFactoryData();
 }

@@ -8,7 +8,11 @@
 
 #include <QDate>
 
+#include <algorithm>
 #include <array>
+#include <cstdint>
+#include <deque>
+#include <unordered_map>
 #include <vector>
 
 namespace tessaly::sms {
@@ -68,6 +72,238 @@ PlaceholderSpan findPlaceholder(const QString& text, qsizetype from, const QStri
     span.value = span.hasColon ? inner.mid(split + colon.size()) : QString();
     return span;
 }
+
+// "name" + colon when a span starting with "[" + that text is the name's placeholder: the name
+// ends at the first colon and the span does not close inside the mark. Empty otherwise.
+QString placeholderMark(const QString& name, const QString& colon) {
+    const QString mark = name + colon;
+    if (name.isEmpty() || colon.isEmpty() || mark.contains(u']') ||
+        mark.indexOf(colon) != name.size())
+        return {};
+    return mark;
+}
+
+// The send-time walk over the brackets, in one pass.
+//
+// The text is cut into groups, each ending at a "]". The walk always takes the first "[" of the
+// first group that holds one; its span runs to the group's "]". Turning the span's brackets into
+// "<" ">" or replacing the span uses up that "]", so what is left of the group joins the next
+// one. Replacing a sender or recipient span also replaces, at once, every later group that ends
+// with the same span; that is applied lazily here: when a group is reached, it is tested against
+// the spans replaced so far, each as the group stood when that span was replaced (a carried
+// part that joined later did not belong to it then). Spans are compared by a polynomial hash of
+// the group's suffix, and confirmed character by character, so the walk is linear in the text.
+class PlaceholderWalk {
+public:
+    PlaceholderWalk(const QString& senderMark, const QString& recipientMark)
+        : senderMark_(senderMark)
+        , recipientMark_(recipientMark)
+        , longestMark_(std::max(senderMark.size(), recipientMark.size()) + 1) {}
+
+    template <typename Replace> QString run(const QString& text, Replace&& replacementFor) {
+        QString out;
+        out.reserve(text.size());
+        qsizetype start = 0;
+        for (;;) {
+            const qsizetype close = text.indexOf(u']', start);
+            const qsizetype end = close < 0 ? text.size() : close + 1;
+            append(QStringView(text).mid(start, end - start));
+            start = end;
+            if (close < 0)
+                break;
+            if (replaceRecordedSuffix())
+                continue;
+            if (opens_.empty()) {
+                flushInto(out);
+                continue;
+            }
+            takeFirstSpan(replacementFor);
+        }
+        flushInto(out);
+        return out;
+    }
+
+private:
+    static constexpr std::uint64_t kModulus = (std::uint64_t(1) << 61) - 1;
+    static constexpr std::uint64_t kBase = 1000003;
+    static constexpr std::size_t kComparedDirectly = 4;
+
+    struct Recorded {
+        QString span;
+        QString replacement;
+    };
+
+    static std::uint64_t multiply(std::uint64_t a, std::uint64_t b) {
+        const unsigned __int128 product = static_cast<unsigned __int128>(a) * b;
+        const std::uint64_t low = std::uint64_t(product & kModulus);
+        const std::uint64_t high = std::uint64_t(product >> 61);
+        const std::uint64_t sum = low + high;
+        return sum >= kModulus ? sum - kModulus : sum;
+    }
+
+    std::uint64_t power(qsizetype exponent) {
+        while (qsizetype(powers_.size()) <= exponent)
+            powers_.push_back(multiply(powers_.back(), kBase));
+        return powers_[std::size_t(exponent)];
+    }
+
+    // The same polynomial as suffixHash, for a text on its own.
+    static std::uint64_t hashOf(QStringView text) {
+        std::uint64_t hash = 0;
+        for (const QChar c : text) {
+            const std::uint64_t next = multiply(hash, kBase) + c.unicode() + 1;
+            hash = next >= kModulus ? next - kModulus : next;
+        }
+        return hash;
+    }
+
+    // The hash of cur_[from, end). Prefix hashes are made when first asked for: a text without
+    // sender or recipient placeholders never needs them.
+    std::uint64_t suffixHash(qsizetype from) {
+        const qsizetype length = cur_.size();
+        for (qsizetype at = qsizetype(prefix_.size()) - 1; at < length; ++at) {
+            const std::uint64_t next = multiply(prefix_.back(), kBase) + cur_.at(at).unicode() + 1;
+            prefix_.push_back(next >= kModulus ? next - kModulus : next);
+        }
+        const std::uint64_t whole = prefix_[std::size_t(length)];
+        const std::uint64_t head = multiply(prefix_[std::size_t(from)], power(length - from));
+        return whole >= head ? whole - head : whole + kModulus - head;
+    }
+
+    bool isMarkAt(qsizetype at, const QString& mark) const {
+        return !mark.isEmpty() && QStringView(cur_).mid(at + 1).startsWith(mark);
+    }
+
+    void pushText(QStringView text) {
+        const qsizetype start = cur_.size();
+        cur_.append(text);
+        for (qsizetype at = text.indexOf(u'['); at >= 0; at = text.indexOf(u'[', at + 1))
+            opens_.push_back(start + at);
+    }
+
+    // Whether a "[" starts a mark depends on the text after it, so every change at the end of
+    // the group judges again the "[" whose mark could reach into what changed.
+    void judgeMarksFrom(qsizetype changedAt) {
+        const qsizetype from = changedAt - longestMark_;
+        while (!candidates_.empty() && candidates_.back() >= from)
+            candidates_.pop_back();
+        auto open = std::lower_bound(opens_.begin(), opens_.end(), from);
+        for (; open != opens_.end(); ++open) {
+            if (isMarkAt(*open, senderMark_) || isMarkAt(*open, recipientMark_))
+                candidates_.push_back(*open);
+        }
+    }
+
+    void append(QStringView group) {
+        carried_ = cur_.size();
+        pushText(group);
+        judgeMarksFrom(carried_);
+    }
+
+    // What is left of the group before `at`, then `replacement` (which holds no brackets).
+    void replaceFrom(qsizetype at, const QString& replacement) {
+        truncate(at);
+        pushText(replacement);
+        judgeMarksFrom(at);
+    }
+
+    void truncate(qsizetype length) {
+        cur_.truncate(length);
+        if (qsizetype(prefix_.size()) > length + 1)
+            prefix_.resize(std::size_t(length) + 1);
+        while (!opens_.empty() && opens_.back() >= length)
+            opens_.pop_back();
+        while (!candidates_.empty() && candidates_.back() >= length)
+            candidates_.pop_back();
+    }
+
+    void flushInto(QString& out) {
+        out += cur_;
+        truncate(0);
+        joinedAt_ = recorded_.size();
+    }
+
+    // The earliest recorded span the group ended with when it was recorded; replaces it.
+    bool replaceRecordedSuffix() {
+        if (recorded_.empty())
+            return false;
+        std::size_t best = recorded_.size();
+        qsizetype bestAt = -1;
+        for (auto it = candidates_.rbegin(); it != candidates_.rend(); ++it) {
+            const qsizetype at = *it;
+            const std::size_t earliest = at >= carried_ ? 0 : joinedAt_;
+            if (earliest >= recorded_.size())
+                break;
+            const auto sameLength = byLength_.find(cur_.size() - at);
+            if (sameLength == byLength_.end())
+                continue;
+            // A few spans of that length are compared as they are; many, through the hash.
+            const std::vector<std::size_t>* indexes = &sameLength->second;
+            if (indexes->size() > kComparedDirectly) {
+                const auto found = byHash_.find(suffixHash(at));
+                if (found == byHash_.end())
+                    continue;
+                indexes = &found->second;
+            }
+            for (const std::size_t index : *indexes) {
+                if (index >= best)
+                    break;
+                if (index < earliest || recorded_[index].span != QStringView(cur_).mid(at))
+                    continue;
+                best = index;
+                bestAt = at;
+                break;
+            }
+        }
+        if (bestAt < 0)
+            return false;
+        replaceFrom(bestAt, recorded_[best].replacement);
+        joinedAt_ = best + 1;
+        return true;
+    }
+
+    // The walk's own step on the first "[" of the group.
+    template <typename Replace> void takeFirstSpan(Replace&& replacementFor) {
+        const qsizetype open = opens_.front();
+        const qsizetype last = cur_.size() - 1;
+        if (candidates_.empty() || candidates_.front() != open) {
+            // The "[" stays in the prefix hashes made so far: only suffixes after it are asked
+            // for, and the difference of two prefix hashes does not depend on it.
+            cur_[open] = u'<';
+            cur_[last] = u'>';
+            if (qsizetype(prefix_.size()) > last + 1)
+                prefix_.resize(std::size_t(last) + 1);
+            opens_.pop_front();
+            judgeMarksFrom(last);
+            joinedAt_ = recorded_.size();
+            return;
+        }
+        const bool sender = isMarkAt(open, senderMark_);
+        const qsizetype valueAt = open + 1 + (sender ? senderMark_ : recipientMark_).size();
+        QString replacement = replacementFor(sender, cur_.mid(valueAt, last - valueAt));
+        replacement.replace(u'[', u'<').replace(u']', u'>');
+        const QString span = cur_.mid(open);
+        byHash_[hashOf(span)].push_back(recorded_.size());
+        byLength_[span.size()].push_back(recorded_.size());
+        recorded_.push_back({span, replacement});
+        replaceFrom(open, replacement);
+        joinedAt_ = recorded_.size();
+    }
+
+    const QString& senderMark_;
+    const QString& recipientMark_;
+    const qsizetype longestMark_;          // with its "["
+    QString cur_;                          // the group being walked, with what it carried in
+    std::vector<std::uint64_t> prefix_{0}; // hashes of cur_'s prefixes, as far as made
+    std::vector<std::uint64_t> powers_{1};
+    std::deque<qsizetype> opens_;      // every "[" in cur_
+    std::deque<qsizetype> candidates_; // the "[" that start a sender or recipient span
+    qsizetype carried_ = 0;            // cur_ before this point came from earlier groups
+    std::size_t joinedAt_ = 0;         // spans recorded from here on apply to that part
+    std::vector<Recorded> recorded_;
+    std::unordered_map<std::uint64_t, std::vector<std::size_t>> byHash_;
+    std::unordered_map<qsizetype, std::vector<std::size_t>> byLength_;
+};
 
 } // namespace
 
@@ -179,38 +415,21 @@ QString PlaceholderExpander::computeValue(const QString& variable, const QString
     return word;
 }
 
+QString PlaceholderExpander::fillPersonPlaceholders(const QString& text,
+                                                    const RecipientInfo& recipient) {
+    const QString colon = placeholderColon();
+    const QString senderMark = placeholderMark(loadString(IDS_VAR_SENDER), colon);
+    const QString recipientMark = placeholderMark(loadString(IDS_VAR_RECIPIENT), colon);
+    PlaceholderWalk walk(senderMark, recipientMark);
+    return walk.run(text, [&](bool sender, const QString& field) {
+        return sender ? senderField(sender_, field, &senderInformationMissing_)
+                      : recipientField(recipient, field);
+    });
+}
+
 QString PlaceholderExpander::expandForSending(const QString& text, const RecipientInfo& recipient) {
     const QString colon = placeholderColon();
-    const QString sender = loadString(IDS_VAR_SENDER);
-    const QString recipientName = loadString(IDS_VAR_RECIPIENT);
-    QString out = text;
-
-    // Each round either turns the first placeholder's brackets into "<" ">" or replaces every
-    // copy of it by text without brackets, so the number of "[" falls and the walk ends. Nothing
-    // before the first "[" can hold another one, so the search goes on from there.
-    qsizetype from = 0;
-    for (;;) {
-        const PlaceholderSpan span = findPlaceholder(out, from, colon);
-        if (span.open < 0)
-            break;
-        const bool isSender = span.hasColon && !sender.isEmpty() && span.name == sender;
-        const bool isRecipient =
-            span.hasColon && !recipientName.isEmpty() && span.name == recipientName;
-        if (!isSender && !isRecipient) {
-            out[span.open] = u'<';
-            out[span.close] = u'>';
-            from = span.open + 1;
-            continue;
-        }
-        QString replacement = isSender
-                                  ? senderField(sender_, span.value, &senderInformationMissing_)
-                                  : recipientField(recipient, span.value);
-        // A name holding brackets must not start a placeholder of its own; the marks are
-        // removed at the end in any case, so the sent text is the same.
-        replacement.replace(u'[', u'<').replace(u']', u'>');
-        out.replace(out.mid(span.open, span.close - span.open + 1), replacement);
-        from = span.open;
-    }
+    QString out = fillPersonPlaceholders(text, recipient);
 
     // These work on the whole text on purpose: once "Time:Now" is present, every "Now" is
     // replaced, also in ordinary words.

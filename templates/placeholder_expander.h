@@ -35,6 +35,12 @@ public:
     // last clearSenderInformationMissing().
     QString expandForSending(const QString& text, const RecipientInfo& recipient);
 
+    // The first step of expandForSending alone: the walk over the brackets. Sender and
+    // recipient placeholders become their fields (marks inside a field turned into "<" ">"),
+    // every copy of a replaced placeholder at once; any other placeholder gets "<" ">" for its
+    // brackets. Time linear in the text, whatever its brackets.
+    QString fillPersonPlaceholders(const QString& text, const RecipientInfo& recipient);
+
     bool senderInformationMissing() const { return senderInformationMissing_; }
     void clearSenderInformationMissing() { senderInformationMissing_ = false; }
 

@@ -284,11 +284,41 @@ void Hive::fail(int sqliteCode, const char* what) {
                         .arg(filePath, QString::fromUtf8(what), QString::fromUtf8(detail)));
 }
 
+void Hive::beginBatch() {
+    if (batching)
+        return;
+    writing = true;
+    try {
+        execute("BEGIN IMMEDIATE");
+    } catch (...) {
+        writing = false;
+        throw;
+    }
+    writing = false;
+    batching = true;
+}
+
+void Hive::endBatch() {
+    if (!batching)
+        return;
+    batching = false;
+    writing = true;
+    try {
+        execute("COMMIT");
+    } catch (...) {
+        sqlite3_exec(db, "ROLLBACK", nullptr, nullptr, nullptr);
+        writing = false;
+        throw;
+    }
+    writing = false;
+}
+
 Hive::Transaction::Transaction(Hive& owner)
-    : hive(owner) {
+    : hive(owner)
+    , nested(owner.batching) {
     hive.writing = true;
     try {
-        hive.execute("BEGIN IMMEDIATE");
+        hive.execute(nested ? "SAVEPOINT write" : "BEGIN IMMEDIATE");
     } catch (...) {
         hive.writing = false;
         throw;
@@ -297,12 +327,13 @@ Hive::Transaction::Transaction(Hive& owner)
 
 Hive::Transaction::~Transaction() {
     if (open)
-        sqlite3_exec(hive.db, "ROLLBACK", nullptr, nullptr, nullptr);
+        sqlite3_exec(hive.db, nested ? "ROLLBACK TO write; RELEASE write" : "ROLLBACK", nullptr,
+                     nullptr, nullptr);
     hive.writing = false;
 }
 
 void Hive::Transaction::commit() {
-    hive.execute("COMMIT");
+    hive.execute(nested ? "RELEASE write" : "COMMIT");
     open = false;
 }
 

@@ -90,6 +90,11 @@ public:
 
     KeyStatistics statistics(KeyId key);
 
+    // From beginBatch() to endBatch() the write transactions are savepoints inside one
+    // transaction, committed (and synced) once by endBatch(); a failed commit rolls all back.
+    void beginBatch();
+    void endBatch();
+
     // A write transaction: committed (and synced) by commit(), rolled back otherwise.
     class Transaction {
     public:
@@ -102,6 +107,7 @@ public:
     private:
         Hive& hive;
         bool open = true;
+        bool nested;
     };
 
     // Several reads seen as one snapshot, and the file locked once for them rather than per
@@ -131,6 +137,7 @@ private:
     QString filePath;
     sqlite3* db = nullptr;
     bool writing = false;
+    bool batching = false;
     std::unordered_map<std::string_view, std::unique_ptr<Statement>> statements;
 };
 

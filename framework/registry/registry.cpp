@@ -11,6 +11,7 @@
 #include <mutex>
 #include <new>
 #include <unordered_set>
+#include <vector>
 
 using tessaly::registry::Hive;
 using tessaly::registry::HiveError;
@@ -39,6 +40,8 @@ struct RegistryState {
     RootHive currentUser{"registry-current-user.db", {}, {}};
     RootHive localMachine{"registry-local-machine.db", {}, {}};
     QString lastError;
+    int batchDepth = 0;
+    std::vector<std::shared_ptr<Hive>> batched; // hives with a batch transaction open
 };
 
 // Never destroyed: handles still open at exit stay reachable and nothing runs after main.
@@ -69,15 +72,26 @@ std::shared_ptr<Hive> rootHive(RootHive& root) {
     return root.hive;
 }
 
+// Inside a write batch, the first call on a hive opens the batch's transaction there.
+Target joinBatch(Target target) {
+    RegistryState& registry = state();
+    if (registry.batchDepth > 0 && std::find(registry.batched.begin(), registry.batched.end(),
+                                             target.hive) == registry.batched.end()) {
+        target.hive->beginBatch();
+        registry.batched.push_back(target.hive);
+    }
+    return target;
+}
+
 Target resolve(HKEY key) {
     RegistryState& registry = state();
     if (key == HKEY_CURRENT_USER)
-        return {rootHive(registry.currentUser), Hive::rootKey};
+        return joinBatch({rootHive(registry.currentUser), Hive::rootKey});
     if (key == HKEY_LOCAL_MACHINE)
-        return {rootHive(registry.localMachine), Hive::rootKey};
+        return joinBatch({rootHive(registry.localMachine), Hive::rootKey});
     if (key == nullptr || !registry.handles.contains(key))
         throw Refusal{ERROR_INVALID_HANDLE};
-    return {key->hive, key->key};
+    return joinBatch({key->hive, key->key});
 }
 
 // Nothing found under a key means "no such item" while the key lives, "key deleted" after.
@@ -382,6 +396,38 @@ namespace tessaly {
 QString registryLastError() {
     std::lock_guard lock(state().mutex);
     return state().lastError;
+}
+
+QString openRegistryHives() {
+    std::lock_guard lock(state().mutex);
+    try {
+        rootHive(state().currentUser);
+        rootHive(state().localMachine);
+    } catch (const HiveError& error) {
+        report(error);
+        return error.message();
+    }
+    return {};
+}
+
+RegistryWriteBatch::RegistryWriteBatch() {
+    std::lock_guard lock(state().mutex);
+    ++state().batchDepth;
+}
+
+RegistryWriteBatch::~RegistryWriteBatch() {
+    std::lock_guard lock(state().mutex);
+    RegistryState& registry = state();
+    if (--registry.batchDepth > 0)
+        return;
+    for (const std::shared_ptr<Hive>& hive : registry.batched) {
+        try {
+            hive->endBatch();
+        } catch (const HiveError& error) {
+            report(error);
+        }
+    }
+    registry.batched.clear();
 }
 
 void releaseRegistryHives() {

@@ -60,6 +60,23 @@ namespace tessaly {
 // file's path; empty while nothing has failed. Each new failure is also logged once.
 QString registryLastError();
 
+// Opens both hive files of the data directory now (a missing one is created). Returns what is
+// wrong with a file that cannot be used, its path included, or an empty text when both are fine.
+QString openRegistryHives();
+
+// While an object of this class lives, the registry's writes are gathered into one transaction
+// per hive, committed and synced once when the outermost batch ends: many small writes (a
+// factory seeding) cost one sync and grow the journal once. A commit that fails loses the
+// batch's writes and is reported like any failed write (registryLastError). For short runs of
+// writes without a person in between: the hive stays locked for writing until the end.
+class RegistryWriteBatch {
+public:
+    RegistryWriteBatch();
+    ~RegistryWriteBatch();
+    RegistryWriteBatch(const RegistryWriteBatch&) = delete;
+    RegistryWriteBatch& operator=(const RegistryWriteBatch&) = delete;
+};
+
 // Closes the hive files that no open key handle uses; the next call opens them again. Lets a
 // test reopen the files from disk, or change one while the registry does not hold it open.
 void releaseRegistryHives();

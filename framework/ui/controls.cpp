@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QPlainTextEdit>
+#include <QProxyStyle>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QStyleOptionButton>
@@ -19,6 +20,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <initializer_list>
 
 namespace tessaly {
 
@@ -475,13 +477,41 @@ Qt::Alignment alignmentFromFormat(int format) {
     }
 }
 
+// The list's own metrics on the 240-pixel screen: narrow scroll bars and one pixel beside a
+// cell's or a header's text, so that the default column widths show what they were made for.
+class CompactListStyle final : public QProxyStyle {
+public:
+    int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                    const QWidget* widget) const override {
+        switch (metric) {
+        case PM_ScrollBarExtent:
+            return kListScrollBarWidth;
+        case PM_FocusFrameHMargin:
+            return 0;
+        case PM_HeaderMargin:
+            return 1;
+        default:
+            return QProxyStyle::pixelMetric(metric, option, widget);
+        }
+    }
+};
+
+// Shared by every list and never deleted: widgets do not own the style they are given.
+QStyle* compactListStyle() {
+    static QStyle* const style = new CompactListStyle;
+    return style;
+}
+
 } // namespace
 
 ListView::ListView(QWidget* parent)
     : QTableWidget(parent) {
-    setFont(smallFont());
+    setFont(listFont());
+    for (QWidget* part : std::initializer_list<QWidget*>{this, verticalScrollBar(),
+                                                         horizontalScrollBar(), horizontalHeader()})
+        part->setStyle(compactListStyle());
     verticalHeader()->hide();
-    verticalHeader()->setDefaultSectionSize(QFontMetrics(smallFont()).height() + 4);
+    verticalHeader()->setDefaultSectionSize(QFontMetrics(listFont()).height() + 4);
     horizontalHeader()->setSectionsClickable(true);
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setMinimumSectionSize(0);

@@ -27,12 +27,23 @@ QRect dialogUnitsToPixels(int x, int y, int width, int height) {
                  QPoint(dialogUnitsToPixelsX(x + width) - 1, dialogUnitsToPixelsY(y + height) - 1));
 }
 
+namespace {
+
+QFont condensedSans(int pixels) {
+    QFont font(QStringLiteral("DejaVu Sans Condensed"));
+    font.setPixelSize(pixels);
+    return font;
+}
+
+} // namespace
+
 const QFont& smallFont() {
-    static const QFont font = [] {
-        QFont f(QStringLiteral("DejaVu Sans"));
-        f.setPixelSize(11);
-        return f;
-    }();
+    static const QFont font = condensedSans(11);
+    return font;
+}
+
+const QFont& listFont() {
+    static const QFont font = condensedSans(10);
     return font;
 }
 

@@ -23,7 +23,13 @@ int dialogUnitsToPixelsX(int units);
 int dialogUnitsToPixelsY(int units);
 QRect dialogUnitsToPixels(int x, int y, int width, int height);
 
-// The one small font of windows and drawn labels.
+// The small font of windows, dialogs and drawn labels: a condensed sans (DejaVu Sans
+// Condensed, 11 px), so that names and texts keep a useful part on the 240-pixel screen.
 const QFont& smallFont();
+// The font of list views: the same face a pixel smaller, so that the default column widths show
+// a whole date ("05-17", "14:05") beside the vertical scroll bar.
+const QFont& listFont();
+// The width of a list view's scroll bars.
+constexpr int kListScrollBarWidth = 8;
 
 } // namespace tessaly

@@ -1,6 +1,7 @@
 // tessaly-phone: the suite's host with the SMS module and a simulator panel.
 
 #include "framework/datadir.h"
+#include "framework/registry/registry.h"
 #include "framework/resources/language.h"
 #include "framework/time/clock.h"
 #include "framework/ui/shell.h"
@@ -22,6 +23,7 @@
 #include <QTimer>
 
 #include <cstdio>
+#include <optional>
 
 namespace {
 
@@ -40,6 +42,13 @@ bool hasDisplay() {
 
 void fail(const QString& message) {
     std::fprintf(stderr, "tessaly-phone: %s\n", qPrintable(message));
+}
+
+// Closes the registry hives and the telephony store: their last connections write everything
+// back into the files and remove the -wal and -shm files.
+void closeDataFiles() {
+    tessaly::telephony::close();
+    tessaly::releaseRegistryHives();
 }
 
 // Closing the phone screen or the simulator ends the program, whatever module windows are open
@@ -83,10 +92,21 @@ int main(int argc, char** argv) {
     if (!options->dataDirectory.isEmpty())
         tessaly::setDataDirectory(options->dataDirectory);
 
+    // A damaged hive would leave the phone without its settings and templates, and nothing
+    // the person changed would be kept: stop before anything runs, as for the store.
+    if (const QString problem = tessaly::openRegistryHives(); !problem.isEmpty()) {
+        fail(QStringLiteral("%1\nThe phone keeps its settings and templates in that file and "
+                            "has left it as it is. Move it aside to start with factory "
+                            "settings, or put back a copy that works.")
+                 .arg(problem));
+        tessaly::releaseRegistryHives();
+        return 1;
+    }
     tessaly::host::recordSystemLanguage(tessaly::startupLanguage());
     tessaly::host::installFactorySounds(tessaly::Shell::current().soundsFolder());
     if (const GSM::Result opened = tessaly::telephony::open(); !opened.isOk()) {
         fail(QString::fromUtf16(opened.getErrorMessage()));
+        tessaly::releaseRegistryHives();
         return 1;
     }
     if (options->demo) {
@@ -113,7 +133,7 @@ int main(int argc, char** argv) {
             fail(error);
             if (options->screenshotPath.isEmpty())
                 QMessageBox::critical(nullptr, QStringLiteral("Tessaly phone"), error);
-            tessaly::telephony::close();
+            closeDataFiles();
             return 1;
         }
         const tessaly::host::RadioChoice radio = tessaly::host::chooseRadio(
@@ -121,33 +141,30 @@ int main(int argc, char** argv) {
         if (!radio.ok) {
             fail(radio.error);
             session.stop();
-            tessaly::telephony::close();
+            closeDataFiles();
             return 1;
         }
         std::printf("tessaly-phone: radio: %s\n", qPrintable(radio.description));
         std::fflush(stdout);
+        std::optional<tessaly::host::ScreenshotRun> screenshot;
+        if (!options->screenshotPath.isEmpty())
+            screenshot.emplace(phone, options->screenshotPath);
         phone.show();
         EndOnClose endOnClose;
         phone.homeScreen()->installEventFilter(&endOnClose);
         phone.simulator()->installEventFilter(&endOnClose);
-        if (options->openMessages)
-            phone.homeScreen()->messagesButton()->click();
-
-        if (!options->screenshotPath.isEmpty()) {
-            QTimer::singleShot(600, &app, [&] {
-                if (!tessaly::host::grabPhone(phone).save(options->screenshotPath)) {
-                    fail(QStringLiteral("cannot write %1").arg(options->screenshotPath));
-                    QApplication::exit(1);
-                    return;
-                }
-                // exit, not quit: quit asks every window to close, and module windows may refuse.
-                QApplication::exit(0);
-            });
-        }
+        // Pressed from the event loop: the Messages press may bring up a modal box, and its
+        // loop must find the picture run ready.
+        QTimer::singleShot(0, &app, [&] {
+            if (screenshot)
+                screenshot->arm();
+            if (options->openMessages)
+                phone.homeScreen()->messagesButton()->click();
+        });
         status = app.exec();
         session.stop();
         tessaly::telephony::setRadioBackend(nullptr);
     }
-    tessaly::telephony::close();
+    closeDataFiles();
     return status;
 }

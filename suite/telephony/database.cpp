@@ -6,6 +6,7 @@
 
 #include <sqlite3.h>
 
+#include <cstring>
 #include <iterator>
 
 namespace tessaly::telephony {
@@ -62,10 +63,38 @@ Statement& Statement::bind(int index, std::int64_t value) {
     return *this;
 }
 
+namespace {
+
+// SQLite keeps text as UTF-8 in the file and changes what it cannot carry: it takes a leading
+// U+FEFF for a byte-order mark and drops it, pairs a lone surrogate with whatever follows it,
+// and reads U+FFFE and U+FFFF back as U+FFFD.
+bool changesAsSqliteText(std::u16string_view text) {
+    if (!text.empty() && text.front() == 0xfeff)
+        return true;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char16_t c = text[i];
+        if (c >= 0xd800 && c <= 0xdbff && i + 1 < text.size() && text[i + 1] >= 0xdc00 &&
+            text[i + 1] <= 0xdfff)
+            ++i;
+        else if ((c >= 0xd800 && c <= 0xdfff) || c >= 0xfffe)
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+// Such a text is stored as its UTF-16 bytes (a BLOB in the text column), which text() reads
+// back unchanged; every other text stays TEXT, as queries expect.
 Statement& Statement::bind(int index, std::u16string_view text) {
-    if (statement_ &&
-        sqlite3_bind_text16(statement_, index, text.data(), int(text.size() * sizeof(char16_t)),
-                            SQLITE_TRANSIENT) != SQLITE_OK)
+    if (!statement_)
+        return *this;
+    const int bytes = int(text.size() * sizeof(char16_t));
+    const int rc =
+        changesAsSqliteText(text)
+            ? sqlite3_bind_blob(statement_, index, text.data(), bytes, SQLITE_TRANSIENT)
+            : sqlite3_bind_text16(statement_, index, text.data(), bytes, SQLITE_TRANSIENT);
+    if (rc != SQLITE_OK)
         ok_ = false;
     return *this;
 }
@@ -101,6 +130,14 @@ std::int64_t Statement::integer(int column) const {
 }
 
 std::u16string Statement::text(int column) const {
+    if (sqlite3_column_type(statement_, column) == SQLITE_BLOB) {
+        const auto* data = static_cast<const char*>(sqlite3_column_blob(statement_, column));
+        const std::size_t units = std::size_t(sqlite3_column_bytes(statement_, column)) / 2;
+        std::u16string text(units, u'\0');
+        if (units > 0)
+            std::memcpy(text.data(), data, units * sizeof(char16_t));
+        return text;
+    }
     const auto* data = static_cast<const char16_t*>(sqlite3_column_text16(statement_, column));
     const int bytes = sqlite3_column_bytes16(statement_, column);
     return data ? std::u16string(data, std::size_t(bytes) / sizeof(char16_t)) : std::u16string();

@@ -9,6 +9,8 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QHeaderView>
+#include <QScrollBar>
+#include <QStyle>
 
 #include <gtest/gtest-spi.h>
 
@@ -308,6 +310,34 @@ TEST_F(DialogTest, MultipleSelectionListBoxTogglesEntries) {
     languages->setSelAll(false);
     EXPECT_EQ(languages->selCount(), 0);
     EXPECT_FALSE(testkit::select(window, idLanguages, 3));
+}
+
+// The Inbox's default widths on the 240-pixel screen, its last column filling what is left
+// beside a vertical scroll bar: dates and names must show whole, as on the phone.
+TEST_F(DialogTest, DefaultListColumnsShowWholeDatesAndNames) {
+    ListView list;
+    list.resize(kScreenWidth, 200);
+    const int widths[] = {20, 80, 100, 40};
+    for (int column = 0; column < 4; ++column)
+        list.insertColumn(column, QString(), widths[column]);
+    for (int row = 0; row < 40; ++row)
+        list.insertItem(row, QString());
+    list.setLastColumnFillsWidth(true);
+    list.show();
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(list.verticalScrollBar()->isVisible());
+
+    // What an item view's delegate keeps for a cell's text: the column less a margin each side.
+    const int margin = list.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &list) + 1;
+    const auto fitsWhole = [&](const QString& text, int column) {
+        const int room = list.columnWidth(column) - 2 * margin;
+        return list.fontMetrics().elidedText(text, Qt::ElideRight, room) == text;
+    };
+    for (const char* date : {"05-17", "14:05", "12-31", "00:00"})
+        EXPECT_TRUE(fitsWhole(QString::fromLatin1(date), 3))
+            << date << " in " << list.columnWidth(3);
+    for (const char* name : {"Max Lehmann", "Clara Neumann", "+447700900902"})
+        EXPECT_TRUE(fitsWhole(QString::fromLatin1(name), 1)) << name;
 }
 
 TEST_F(DialogTest, ListViewKeepsRowsColumnsAndStyles) {

@@ -440,6 +440,8 @@ TEST_F(RegistryTest, DamagedFileIsReportedAndLeftAlone) {
         c.damage(path);
         const QByteArray damaged = readAll(path);
 
+        EXPECT_TRUE(tessaly::openRegistryHives().contains(path));
+
         EXPECT_EQ(open(HKEY_CURRENT_USER, QStringLiteral("Software\\Damage"), &key), ERROR_BADDB);
         EXPECT_EQ(key, nullptr);
         EXPECT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, u"Software\\New", 0, nullptr, 0, 0, nullptr,
@@ -490,5 +492,51 @@ TEST_F(RegistryTest, WritesSurviveAProcessKilledRightAfterThem) {
     ASSERT_EQ(open(HKEY_CURRENT_USER, QStringLiteral("Software\\Crash"), &key), ERROR_SUCCESS);
     EXPECT_EQ(queryString(key, QStringLiteral("value%1").arg(writes - 1)),
               QStringLiteral("written %1").arg(writes - 1));
+    RegCloseKey(key);
+}
+
+namespace {
+
+// Values of the hive as another connection sees them: only what has been committed.
+int committedValues(const QString& path) {
+    sqlite3* db = nullptr;
+    int count = -1;
+    if (sqlite3_open_v2(QFile::encodeName(path).constData(), &db, SQLITE_OPEN_READONLY, nullptr) ==
+        SQLITE_OK) {
+        sqlite3_stmt* query = nullptr;
+        if (sqlite3_prepare_v2(db, "SELECT count(*) FROM vals", -1, &query, nullptr) == SQLITE_OK &&
+            sqlite3_step(query) == SQLITE_ROW)
+            count = sqlite3_column_int(query, 0);
+        sqlite3_finalize(query);
+    }
+    sqlite3_close(db);
+    return count;
+}
+
+} // namespace
+
+TEST_F(RegistryTest, BatchedWritesAreCommittedTogetherAtTheEnd) {
+    const QString path = hivePath(dataDir.path());
+    ASSERT_TRUE(tessaly::openRegistryHives().isEmpty());
+    {
+        const tessaly::RegistryWriteBatch batch;
+        HKEY key = create(HKEY_CURRENT_USER, QStringLiteral("Software\\Batch"));
+        {
+            const tessaly::RegistryWriteBatch inner; // nests: only the outermost commits
+            for (int i = 0; i < 50; ++i)
+                ASSERT_EQ(setString(key, QString::number(i), QStringLiteral("v")), ERROR_SUCCESS);
+        }
+        // A refused call inside the batch undoes only itself.
+        EXPECT_EQ(RegDeleteValueW(key, u"missing"), ERROR_FILE_NOT_FOUND);
+        EXPECT_EQ(queryString(key, QStringLiteral("49")), QStringLiteral("v"));
+        EXPECT_EQ(committedValues(path), 0);
+        RegCloseKey(key);
+    }
+    EXPECT_EQ(committedValues(path), 50);
+
+    // Outside a batch every write is committed on its own again.
+    HKEY key = create(HKEY_CURRENT_USER, QStringLiteral("Software\\Batch"));
+    ASSERT_EQ(setString(key, QStringLiteral("after"), QStringLiteral("v")), ERROR_SUCCESS);
+    EXPECT_EQ(committedValues(path), 51);
     RegCloseKey(key);
 }

@@ -156,6 +156,32 @@ TEST_F(PlaceholderExpanderTest, NamesHoldingMarksDoNotStartPlaceholders) {
               QStringLiteral("Sender:First Name x!"));
 }
 
+// Worked out by hand with the walk that takes the first "[" and the first "]" after it and
+// replaces every copy of a person placeholder at once; the fuzz target checks the same against
+// that walk on any text.
+TEST_F(PlaceholderExpanderTest, TheBracketWalkOnTangledText) {
+    const struct {
+        const char* text;
+        const char* walked;
+    } cases[] = {
+        // Each lone "[" closes at a later placeholder's "]", so spans grow along the text.
+        {"[Sender:First Name] [x:y] [[Sender:First Name] [x:y] [[Sender:First Name] [x:y] [",
+         "Ann <x:y> <Ann <x:y> [Ann [x:y> ["},
+        // The later copy is replaced with the first, so "[y" closes at the "]" after it.
+        {"[Sender:Phone] [y [Sender:Phone] z]", "+4912 <y +4912 z>"},
+        {"[Sender:Phone] [a [Sender:Phone]", "+4912 [a +4912"},
+        // Here "[x" takes the first copy's "]", and the rest is one span naming no field.
+        {"[x [Sender:Phone] [Sender:Phone]", "<x "},
+        {"[Recipient:Initials]]]", "BM]]"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        PlaceholderExpander expander(kAnn);
+        EXPECT_EQ(expander.fillPersonPlaceholders(QString::fromUtf8(c.text), kBob),
+                  QString::fromUtf8(c.walked));
+    }
+}
+
 TEST_F(PlaceholderExpanderTest, TemplatesBecomeComposerText) {
     tessaly::sms::restoreFactoryVariables(true);
     TemplateStore::writeVariable({QStringLiteral("Empty"), QString(), {}});

@@ -1,5 +1,6 @@
 #include "suite/telephony/length_info.h"
 
+#include "fuzz/plain_length.h"
 #include "module/telephony/sms.h"
 
 #include <gtest/gtest.h>
@@ -96,3 +97,33 @@ TEST(LengthInfoQuery, NullTextAndNullOutputsAreSafe) {
 }
 
 } // namespace
+
+// The counter reads sixteen units at a time from 32-byte boundaries. Every kind of character at
+// every offset of that step, at every alignment of the text, in texts reaching across part
+// boundaries, must be counted as one character at a time counts it.
+TEST(LengthInfoBlocks, EveryKindAtEveryOffsetCountsAsOneCharacterAtATime) {
+    const std::u16string kinds[] = {u"_", u"`", u"{",   u"~",      u"\\",     u"€",  u"\n", u"\r",
+                                    u"á", u"Δ", kEmoji, u"\xd83d", u"\xdc00", u"\f", u"@",  u"z"};
+    for (const std::u16string filler : {u"a", u"á"}) {
+        for (const std::u16string& kind : kinds) {
+            for (const int length :
+                 {40, 66, 67, 68, 70, 71, 134, 135, 152, 153, 154, 160, 161, 306}) {
+                for (int offset = 0; offset < 34 && offset < length; ++offset) {
+                    std::u16string text = times(filler, length);
+                    text.replace(std::size_t(offset), kind.size(), kind);
+                    text.resize(std::size_t(length));
+                    const auto [characters, messages] = tessaly::fuzz::plainLength(text);
+                    for (int shift = 0; shift < 16; ++shift) {
+                        const std::u16string shifted =
+                            std::u16string(std::size_t(shift), u'a') + text;
+                        const auto info = measureText(shifted.c_str() + shift);
+                        ASSERT_EQ(info.characters, characters)
+                            << "offset " << offset << ", length " << length << ", shift " << shift;
+                        ASSERT_EQ(info.messages, messages)
+                            << "offset " << offset << ", length " << length << ", shift " << shift;
+                    }
+                }
+            }
+        }
+    }
+}
