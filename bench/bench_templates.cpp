@@ -1,6 +1,7 @@
 // Placeholder expansion for a long template-rich text sent to many recipients, and the factory
 // restore of all variables (about 90 x 90 string loads and one synced write per entry).
 
+#include "bench/template_rich_text.h"
 #include "framework/datadir.h"
 #include "framework/registry/profile.h"
 #include "framework/registry/registry.h"
@@ -33,18 +34,6 @@ public:
 private:
     QTemporaryDir dir;
 };
-
-// About 1,600 characters: every kind of placeholder, several times over.
-QString templateRichText() {
-    const QString chunk = QStringLiteral(
-        "<Hello> [Recipient:First Name], can we meet [Date:tomorrow] at [Time:Now] "
-        "<for lunch>? Call [Sender:Name and Phone] or [Contact:Bob Marsh,+111]. "
-        "[Ending:Regards], [Sender:Full Name] ([Sender:Initials]) to [Recipient:Full Name]. ");
-    QString text;
-    while (text.size() + chunk.size() <= 1600)
-        text += chunk;
-    return text;
-}
 
 void expandForThousandRecipients(benchmark::State& state) {
     const StoreFixture fixture;

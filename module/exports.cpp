@@ -1,5 +1,7 @@
 #include "module/exports.h"
 
+#include "compose/composer_environment.h"
+#include "compose/composer_window.h"
 #include "framework/ui/dialog.h"
 #include "lists/main_window.h"
 #include "lists/message_texts.h"
@@ -8,6 +10,8 @@
 #include "module/module_state.h"
 
 #include <QtGlobal>
+
+#include <algorithm>
 
 using tessaly::sms::loadSettings;
 using tessaly::sms::moduleContext;
@@ -39,6 +43,20 @@ int folderOfMessage(long id) {
     default:
         return tessaly::sms::kInboxFolder;
     }
+}
+
+// The composers' view of the module: the settings record and the list of open composers.
+class ModuleComposerEnvironment final : public tessaly::sms::ComposerEnvironment {
+public:
+    SmsSettings& settings() override { return loadSettings(); }
+    void composerDestroyed(tessaly::Dialog* composer) override {
+        std::erase(moduleContext().composers, composer);
+    }
+};
+
+ModuleComposerEnvironment& composerEnvironment() {
+    static ModuleComposerEnvironment environment;
+    return environment;
 }
 
 } // namespace
@@ -78,7 +96,8 @@ void openMessage(long id) {
 void editMessage(GSM::Message* message) {
     const ModuleScope scope;
     loadSettings();
-    qInfo("editMessage: the composer is not built yet");
+    if (auto* composer = tessaly::sms::ComposerWindow::open(message, composerEnvironment()))
+        moduleContext().composers.push_back(composer);
 }
 
 void openMessageNotification(long id) {

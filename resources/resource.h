@@ -111,6 +111,23 @@
 #define IDC_SC_EDIT_NUMBER_LABEL 12039
 #define IDC_SC_EDIT_NAME 10011
 #define IDC_SC_EDIT_NUMBER 10012
+// Composer "New Message" (IDD_COMPOSER)
+#define IDC_COMPOSE_SEND 10054             // SEND
+#define IDC_COMPOSE_TO_LABEL 10038         // "To:"
+#define IDC_COMPOSE_TO 10010               // recipients, numbers separated by commas
+#define IDC_COMPOSE_TEMPLATE_LABEL 10078   // "Tmpl:"
+#define IDC_COMPOSE_TEMPLATES 10075        // "Insert Template" and the stored templates
+#define IDC_COMPOSE_DOWN 10005             // shows the details rows
+#define IDC_COMPOSE_SCA_LABEL 10069        // details row "SCA:"
+#define IDC_COMPOSE_SCA 10052              // details row: service centre number
+#define IDC_COMPOSE_VALIDITY_LABEL 10073   // details row "Validity:"
+#define IDC_COMPOSE_VALIDITY 10083         // details row: validity periods
+#define IDC_COMPOSE_SAME_SCA 10053         // details row "Use same SCA for reply"
+#define IDC_COMPOSE_UP 10082               // hides the details rows
+#define IDC_COMPOSE_TEXT 10058             // the message text
+#define IDC_COMPOSE_RECP 10006             // favourites menu
+#define IDC_COMPOSE_RECIPIENTS 12039       // "3 Recipients", blank for 0 and 1
+#define IDC_COMPOSE_COUNTER 12040          // "12 characters, 1 message"
 
 // ---- Commands ----------------------------------------------------------------------------------
 // Main window menu bar

@@ -236,7 +236,7 @@ GSM::Result FolderImpl::pick(GSM::WindowHandle owner) {
     if (kind_ != Kind::Picker)
         return failure(GSM::ErrorNotSupported, u"Only the picker folder offers the picker.");
     ContactRecord* chosen = nullptr;
-    GSM::Result result = store_.runPicker(owner, u"", &chosen);
+    GSM::Result result = store_.runPicker(owner, u"Choose a Contact", &chosen);
     if (!result.isOk() || !chosen)
         return result;
     entries.assign(1, chosen);

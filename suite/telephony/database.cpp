@@ -138,6 +138,7 @@ std::unique_ptr<Database> Database::open(const QString& path, GSM::Result* error
 }
 
 Database::~Database() {
+    statements_.clear();
     sqlite3_close_v2(db_);
 }
 
@@ -150,6 +151,14 @@ Statement Database::prepare(const char* sql) {
     if (sqlite3_prepare_v2(db_, sql, -1, &statement, nullptr) != SQLITE_OK)
         return Statement();
     return Statement(db_, statement);
+}
+
+Statement& Database::cached(const char* sql) {
+    auto found = statements_.find(sql);
+    if (found == statements_.end())
+        found = statements_.emplace(sql, prepare(sql)).first;
+    found->second.reset();
+    return found->second;
 }
 
 GSM::Result Database::failure(std::u16string_view what) const {
@@ -192,7 +201,7 @@ bool Database::migrate(GSM::Result* error) {
 // Savepoints nest, so a write that groups its statements can run inside a larger group.
 Database::Transaction::Transaction(Database& db)
     : db_(db) {
-    db_.exec("SAVEPOINT tessaly");
+    db_.cached("SAVEPOINT tessaly").step();
 }
 
 Database::Transaction::~Transaction() {
@@ -202,7 +211,9 @@ Database::Transaction::~Transaction() {
 
 bool Database::Transaction::commit() {
     done_ = true;
-    if (db_.exec("RELEASE tessaly"))
+    Statement& release = db_.cached("RELEASE tessaly");
+    release.step();
+    if (release.ok())
         return true;
     db_.exec("ROLLBACK TO tessaly; RELEASE tessaly");
     return false;

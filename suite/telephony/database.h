@@ -11,6 +11,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 struct sqlite3;
@@ -57,6 +58,9 @@ public:
     const QString& path() const { return path_; }
     bool exec(const char* sql);
     Statement prepare(const char* sql);
+    // A statement prepared once and kept (by the address of its text: pass a literal), reset
+    // and ready for binding. For statements run many times and stepped to their end at once.
+    Statement& cached(const char* sql);
     // A failed result naming what was attempted, the file and SQLite's last message.
     GSM::Result failure(std::u16string_view what) const;
 
@@ -80,6 +84,7 @@ private:
 
     sqlite3* db_;
     QString path_;
+    std::unordered_map<const char*, Statement> statements_;
 };
 
 } // namespace tessaly::telephony

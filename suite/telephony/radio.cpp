@@ -4,9 +4,18 @@
 #include "suite/telephony/length_info.h"
 #include "suite/telephony/ranges.h"
 
+#include <QString>
+
 #include <algorithm>
 
 namespace tessaly::telephony {
+
+namespace {
+
+// A concatenated message counts its parts in one octet.
+constexpr int kMaxSegments = 255;
+
+} // namespace
 
 // ---- timers
 
@@ -34,8 +43,7 @@ void Store::setDelays(int segmentDelayMs, int simTransferDelayMs) {
 // ---- the radio: one segment per timer turn, recipient by recipient, message by message
 
 void Store::queueForSending(long id) {
-    if ((job_ && job_->id == id) ||
-        std::find(sendQueue_.begin(), sendQueue_.end(), id) != sendQueue_.end())
+    if ((job_ && job_->id == id) || !queuedIds_.insert(id).second)
         return;
     sendQueue_.push_back(id);
     startRadio();
@@ -66,6 +74,7 @@ void Store::radioStep() {
         }
         const long id = sendQueue_.front();
         sendQueue_.pop_front();
+        queuedIds_.erase(id);
         MessageRecord* message = findMessage(id);
         if (!message || message->status != GSM::Message::SendNow)
             continue;
@@ -76,6 +85,22 @@ void Store::radioStep() {
         job_ = job;
         if (job.recipients == 0) {
             finishJob(failure(GSM::ErrorNoRecipient, u"The message has no recipient."));
+            continue;
+        }
+        if (const std::vector<std::u16string> numbers = message->addressNumbers();
+            std::any_of(numbers.begin(), numbers.end(), [](const std::u16string& number) {
+                return number.find_first_not_of(u" \t\r\n") == std::u16string::npos;
+            })) {
+            finishJob(failure(GSM::ErrorNoRecipient, u"A recipient of the message has no number."));
+            continue;
+        }
+        if (job.segments > kMaxSegments) {
+            const QString text =
+                QStringLiteral("The message is too long to be sent: it needs %1 parts, and at "
+                               "most %2 fit into one message.")
+                    .arg(job.segments)
+                    .arg(kMaxSegments);
+            finishJob(failure(GSM::ErrorInvalidArgument, text.toStdU16String()));
             continue;
         }
     }

@@ -109,7 +109,7 @@ GSM::Result Store::load() {
     // Messages queued when the suite last stopped are sent now.
     for (MessageRecord* message : byDate_[GSM::Sms::FolderOutbox]) {
         if (message->status == GSM::Message::SendNow)
-            sendQueue_.push_back(message->getId());
+            queueForSending(message->getId());
     }
     startRadio();
     return {};
@@ -212,7 +212,7 @@ void Store::eraseByDate(MessageRecord* message) {
 
 GSM::Result Store::saveMessage(MessageRecord& message) {
     Database::Transaction transaction(*db_);
-    Statement upsert = db_->prepare(
+    Statement& upsert = db_->cached(
         "INSERT INTO messages(id, folder, status, text, date, service_centre, validity, "
         "reply_path, reply_to) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?) ON CONFLICT(id) DO UPDATE SET "
         "folder = excluded.folder, status = excluded.status, text = excluded.text, "
@@ -229,12 +229,12 @@ GSM::Result Store::saveMessage(MessageRecord& message) {
         .bind(8, std::int64_t(message.replyPath))
         .bind(9, std::int64_t(message.replyTo));
     upsert.step();
-    Statement clear = db_->prepare("DELETE FROM addresses WHERE message_id = ?");
+    Statement& clear = db_->cached("DELETE FROM addresses WHERE message_id = ?");
     clear.bind(1, std::int64_t(message.getId()));
     clear.step();
     bool ok = upsert.ok() && clear.ok();
-    Statement insert =
-        db_->prepare("INSERT INTO addresses(message_id, position, number) VALUES(?, ?, ?)");
+    Statement& insert =
+        db_->cached("INSERT INTO addresses(message_id, position, number) VALUES(?, ?, ?)");
     const std::vector<std::u16string> numbers = message.addressNumbers();
     for (std::size_t i = 0; ok && i < numbers.size(); ++i) {
         insert.reset();
@@ -302,6 +302,7 @@ GSM::Result Store::removeMessage(MessageRecord& message) {
     message.removed = true;
     eraseByDate(&message);
     std::erase(sendQueue_, message.getId());
+    queuedIds_.erase(message.getId());
     return {};
 }
 
@@ -334,8 +335,10 @@ GSM::Result Store::setStatus(long id, GSM::Message::Status status) {
     }
     if (status == GSM::Message::SendNow)
         queueForSending(id);
-    else
+    else {
         std::erase(sendQueue_, id);
+        queuedIds_.erase(id);
+    }
     touchMessages();
     return {};
 }

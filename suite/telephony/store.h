@@ -19,6 +19,7 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace tessaly::telephony {
@@ -493,6 +494,8 @@ private:
     int deviceState_ = GSM::Device::StateRegisteredHome;
 
     std::deque<long> sendQueue_;
+    // The ids in sendQueue_, so that queueing stays O(1) however long the queue grows.
+    std::unordered_set<long> queuedIds_;
     std::optional<Job> job_;
     TimerHandle radioTimer_ = 0;
     std::optional<GSM::Result> injectedFailure_;

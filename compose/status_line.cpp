@@ -1,0 +1,34 @@
+#include "compose/status_line.h"
+
+#include "framework/resources/resources.h"
+#include "module/telephony/sms.h"
+#include "resources/resource.h"
+
+namespace tessaly::sms {
+
+QString counterText(int characters, int messages) {
+    return QString::asprintf(
+        "%d %ls, %d %ls", characters,
+        qUtf16Printable(loadString(characters == 1 ? IDS_CHARACTER : IDS_CHARACTERS)), messages,
+        qUtf16Printable(loadString(messages == 1 ? IDS_MESSAGE : IDS_MESSAGES)));
+}
+
+QString counterTextFor(const QString& messageText) {
+    int characters = 0;
+    int messages = 0;
+    GSM::sms.getLengthInfo(reinterpret_cast<const WCHAR*>(messageText.utf16()), &characters,
+                           &messages);
+    return counterText(characters, messages);
+}
+
+QString recipientText(int recipientCount) {
+    if (recipientCount <= 1)
+        return QString();
+    return QString::asprintf("%d %ls", recipientCount, qUtf16Printable(loadString(IDS_RECIPIENTS)));
+}
+
+bool sendAllowed(const QString& messageText, int recipientCount) {
+    return !messageText.isEmpty() && recipientCount != 0;
+}
+
+} // namespace tessaly::sms

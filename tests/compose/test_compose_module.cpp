@@ -1,0 +1,84 @@
+// The composer through the module's entry points: editMessage opens one per call and keeps the
+// list, openSms brings the first to the front, closing and exitModule leave the list empty.
+
+#include "compose/composer_window.h"
+#include "module/exports.h"
+#include "module/module_state.h"
+#include "resources/resource.h"
+#include "resources/sms_resources.h"
+#include "suite/telephony/events.h"
+#include "suite/telephony/host_hooks.h"
+#include "suite/telephony/telephony.h"
+#include "tests/testkit/window_test.h"
+
+namespace {
+
+namespace testkit = tessaly::testkit;
+using tessaly::sms::moduleContext;
+
+class ModuleComposers : public testkit::WindowTest {
+protected:
+    void SetUp() override {
+        WindowTest::SetUp();
+        tessaly::telephony::Options options;
+        options.databasePath = QStringLiteral(":memory:");
+        ASSERT_TRUE(tessaly::telephony::open(options).isOk());
+        tessaly::telephony::HostHooks hooks;
+        hooks.editMessage = [](GSM::Message* message) { editMessage(message); };
+        hooks.setActiveService = [](GSM::ServiceId) {};
+        tessaly::telephony::installHostHooks(hooks);
+        moduleContext() = tessaly::sms::ModuleContext();
+        moduleContext().resources = &tessaly::sms::resources();
+    }
+    void TearDown() override {
+        exitModule();
+        WindowTest::TearDown();
+        settle();
+        moduleContext() = tessaly::sms::ModuleContext();
+        tessaly::telephony::installHostHooks({});
+        tessaly::telephony::close();
+    }
+    static void settle() {
+        for (int round = 0; round < 20; ++round) {
+            testkit::pumpMessages();
+            tessaly::telephony::EventQueue::instance().deliverAll();
+        }
+    }
+};
+
+TEST_F(ModuleComposers, EditMessageOpensComposersThatLeaveTheListWhenClosed) {
+    openSms();
+    settle();
+    ASSERT_NE(moduleContext().mainWindow, nullptr);
+    ASSERT_TRUE(GSM::sms.newMessage(0).isOk());
+    ASSERT_TRUE(GSM::sms.newMessage(0).isOk());
+    settle();
+    ASSERT_EQ(moduleContext().composers.size(), 2u);
+    tessaly::Dialog* first = moduleContext().composers.front();
+    EXPECT_EQ(first->templateId(), IDD_COMPOSER);
+    EXPECT_EQ(first->title(), QStringLiteral("New Message"));
+    EXPECT_TRUE(first->isVisible());
+
+    // The main window exists, yet openSms brings the first composer back.
+    first->showWindow(SW_HIDE);
+    moduleContext().mainWindow->showWindow(SW_HIDE);
+    openSms();
+    EXPECT_TRUE(first->isVisible());
+    EXPECT_FALSE(moduleContext().mainWindow->isVisible());
+
+    first->sendCommand(IDCANCEL); // nothing typed: no question
+    settle();
+    ASSERT_EQ(moduleContext().composers.size(), 1u);
+    EXPECT_NE(moduleContext().composers.front(), first);
+
+    ASSERT_TRUE(GSM::sms.newMessage(0).isOk());
+    settle();
+    EXPECT_EQ(moduleContext().composers.size(), 2u);
+    exitModule();
+    settle();
+    EXPECT_TRUE(moduleContext().composers.empty());
+    EXPECT_FALSE(tessaly::sms::hasOpenWindows());
+    EXPECT_TRUE(user.boxes().empty());
+}
+
+} // namespace

@@ -1,0 +1,165 @@
+// Writing a message on the whole phone: the host loads Sms.tsm, "New" in the main window goes
+// to the telephony library, which answers through the host's editMessage; the composer hands the
+// message over and the simulated radio sends it. Reply from the message view fills in the sender.
+
+#include "framework/datadir.h"
+#include "framework/ui/dialog.h"
+#include "resources/resource.h"
+#include "suite/host/demo_data.h"
+#include "suite/host/host_session.h"
+#include "suite/host/phone_window.h"
+#include "suite/host/screenshot.h"
+#include "suite/host/system_language.h"
+#include "suite/telephony/events.h"
+#include "suite/telephony/simulator.h"
+#include "suite/telephony/telephony.h"
+#include "tests/testkit/qstring_printer.h"
+#include "tests/testkit/scripted_user.h"
+#include "tests/testkit/window_driver.h"
+
+#include "framework/time/clock.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFileInfo>
+#include <QPushButton>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+namespace sim = tessaly::telephony::simulator;
+namespace testkit = tessaly::testkit;
+
+class ComposeEndToEnd : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(dataDir_.isValid());
+        tessaly::setDataDirectory(dataDir_.path());
+        ASSERT_TRUE(tessaly::host::recordSystemLanguage(QStringLiteral("en_GB.UTF-8")));
+        tessaly::telephony::Options options;
+        options.segmentDelayMs = 0;
+        options.simTransferDelayMs = 0;
+        ASSERT_TRUE(tessaly::telephony::open(options).isOk());
+    }
+    void TearDown() override {
+        tessaly::telephony::close();
+        tessaly::setDataDirectory(QString());
+    }
+
+    // Runs the loop until `done` holds (the radio sends on real timers) or a second has passed.
+    template <typename Done> static bool settleUntil(Done done) {
+        const QDeadlineTimer deadline(1000);
+        do {
+            QCoreApplication::processEvents();
+            tessaly::telephony::EventQueue::instance().deliverAll();
+            if (done())
+                return true;
+        } while (!deadline.hasExpired());
+        return false;
+    }
+    static void settle() {
+        settleUntil([] { return false; });
+    }
+
+    static bool savePicture(const tessaly::host::PhoneWindow& phone, const QString& name) {
+        const QString path = testkit::testOutputPath(name);
+        QDir().mkpath(QFileInfo(path).absolutePath());
+        return tessaly::host::grabPhone(phone).save(path);
+    }
+
+    static std::vector<tessaly::Dialog*> windowsOf(int templateId) {
+        std::vector<tessaly::Dialog*> found;
+        for (tessaly::Dialog* dialog : tessaly::Dialog::windows())
+            if (dialog->templateId() == templateId && dialog->isWindow())
+                found.push_back(dialog);
+        return found;
+    }
+
+    static GSM::Message* newestOutboxMessage() {
+        GSM::MessageContainer* outbox =
+            GSM::sms.getMessages(GSM::Sms::FolderOutbox, GSM::Sms::SortByDate);
+        return outbox && outbox->size() > 0 ? outbox->get(outbox->size() - 1) : nullptr;
+    }
+
+private:
+    QTemporaryDir dataDir_;
+};
+
+TEST_F(ComposeEndToEnd, NewMessageIsSentAndReplyAddressesTheSender) {
+    ASSERT_EQ(tessaly::host::seedDemoData(tessaly::Clock::current().localNow()),
+              tessaly::host::DemoSeeding::Seeded);
+    testkit::ScriptedUser user;
+    tessaly::host::PhoneWindow phone;
+    phone.show();
+    tessaly::host::HostSession session(&phone);
+    QString error;
+    ASSERT_TRUE(session.start(QStringLiteral(TESSALY_SMS_MODULE_PATH), &error))
+        << error.toStdString();
+    phone.homeScreen()->messagesButton()->click();
+    settle();
+    ASSERT_EQ(windowsOf(IDD_MAIN).size(), 1u);
+    tessaly::Dialog& mainWindow = *windowsOf(IDD_MAIN).front();
+
+    // New: the library answers through the host's editMessage with a composer.
+    ASSERT_TRUE(testkit::chooseCommand(mainWindow, IDM_MAIN_NEW));
+    ASSERT_TRUE(settleUntil([] { return !windowsOf(IDD_COMPOSER).empty(); }));
+    tessaly::Dialog& composer = *windowsOf(IDD_COMPOSER).front();
+    EXPECT_TRUE(composer.isVisible());
+    ASSERT_TRUE(testkit::type(composer, IDC_COMPOSE_TO, QStringLiteral("+447700900555")));
+    ASSERT_TRUE(testkit::type(composer, IDC_COMPOSE_TEXT, QStringLiteral("Running late")));
+    settle();
+    EXPECT_TRUE(savePicture(phone, QStringLiteral("phone_composer.png")));
+
+    // The demo phone has no signature names: SEND asks once about the empty sender.
+    user.answerBox(IDYES);
+    const int outboxBefore = GSM::sms.messageCount(GSM::Sms::FolderOutbox);
+    ASSERT_TRUE(testkit::click(composer, IDC_COMPOSE_SEND));
+    EXPECT_EQ(user.boxes().back().text,
+              QStringLiteral("The sender information is empty. Do you want to continue?"));
+    EXPECT_TRUE(settleUntil([] {
+        const GSM::Message* sent = newestOutboxMessage();
+        return sent && sent->getStatus() == GSM::Message::Sent;
+    }));
+    EXPECT_TRUE(windowsOf(IDD_COMPOSER).empty()) << "the composer closed after the hand-over";
+    EXPECT_EQ(GSM::sms.messageCount(GSM::Sms::FolderOutbox), outboxBefore + 1);
+    GSM::Message* sent = newestOutboxMessage();
+    ASSERT_NE(sent, nullptr);
+    const QString sentText = QString::fromUtf16(sent->getText());
+    EXPECT_TRUE(sentText.contains(QStringLiteral("Running late"))) << sentText.toStdString();
+    EXPECT_FALSE(sentText.contains(u'[')) << sentText.toStdString();
+    EXPECT_EQ(QString::fromUtf16(sent->getContacts()->get(0)->getText(0, 1)),
+              QStringLiteral("+447700900555"));
+
+    // The Outbox list shows it as sent.
+    mainWindow.sendCommand(IDM_FOLDER_OUTBOX);
+    settle();
+    EXPECT_EQ(mainWindow.listView(IDC_MAIN_LIST)->itemCount(), outboxBefore + 1);
+
+    // Reply from the message view: the composer starts addressed to the sender.
+    long id = 0;
+    ASSERT_TRUE(
+        sim::receiveMessage(u"+447700900101", u"Are you there?", std::nullopt, u"", &id).isOk());
+    settle();
+    user.runModal([](tessaly::Dialog& view) {
+        EXPECT_TRUE(testkit::chooseCommand(view, IDM_VIEW_REPLY));
+        view.endDialog(IDOK);
+    });
+    session.exports().openMessage(id);
+    ASSERT_TRUE(settleUntil([] { return !windowsOf(IDD_COMPOSER).empty(); }));
+    tessaly::Dialog& reply = *windowsOf(IDD_COMPOSER).front();
+    EXPECT_EQ(reply.itemText(IDC_COMPOSE_TO), QStringLiteral("+447700900101"));
+    EXPECT_TRUE(reply.itemText(IDC_COMPOSE_RECIPIENTS).isEmpty());
+
+    // openSms brings the open composer to the front rather than the main window.
+    reply.showWindow(SW_HIDE);
+    session.exports().openSms();
+    EXPECT_TRUE(reply.isVisible());
+
+    session.stop();
+    EXPECT_TRUE(windowsOf(IDD_COMPOSER).empty()) << "exitModule destroyed the composer";
+}
+
+} // namespace
