@@ -4,6 +4,7 @@
 
 #include "framework/datadir.h"
 #include "framework/ui/dialog.h"
+#include "framework/ui/property_sheet.h"
 #include "resources/resource.h"
 #include "suite/host/demo_data.h"
 #include "suite/host/host_session.h"
@@ -160,6 +161,44 @@ TEST_F(ComposeEndToEnd, NewMessageIsSentAndReplyAddressesTheSender) {
 
     session.stop();
     EXPECT_TRUE(windowsOf(IDD_COMPOSER).empty()) << "exitModule destroyed the composer";
+}
+
+TEST_F(ComposeEndToEnd, TheSignatureSetInTheOptionsEndsANewMessage) {
+    testkit::ScriptedUser user;
+    tessaly::host::PhoneWindow phone;
+    phone.show();
+    tessaly::host::HostSession session(&phone);
+    QString error;
+    ASSERT_TRUE(session.start(QStringLiteral(TESSALY_SMS_MODULE_PATH), &error))
+        << error.toStdString();
+    phone.homeScreen()->messagesButton()->click();
+    settle();
+    ASSERT_EQ(windowsOf(IDD_MAIN).size(), 1u);
+    tessaly::Dialog& mainWindow = *windowsOf(IDD_MAIN).front();
+
+    // Tools / Options: the Signature page comes first.
+    user.runModal([](tessaly::Dialog& dialog) {
+        auto& sheet = static_cast<tessaly::PropertySheet&>(dialog);
+        EXPECT_EQ(sheet.title(), QStringLiteral("Options"));
+        tessaly::Dialog& signature = *sheet.page(0);
+        EXPECT_TRUE(testkit::type(signature, IDC_SIGNATURE_FIRST_NAME, QStringLiteral("Ada")));
+        EXPECT_TRUE(testkit::type(signature, IDC_SIGNATURE_LAST_NAME, QStringLiteral("Lovelace")));
+        EXPECT_TRUE(testkit::type(signature, IDC_SIGNATURE_PHONE, QStringLiteral("+442079460018")));
+        sheet.sendCommand(IDOK);
+    });
+    ASSERT_TRUE(testkit::chooseCommand(mainWindow, IDM_MAIN_OPTIONS));
+    settle();
+
+    ASSERT_TRUE(testkit::chooseCommand(mainWindow, IDM_MAIN_NEW));
+    ASSERT_TRUE(settleUntil([] { return !windowsOf(IDD_COMPOSER).empty(); }));
+    tessaly::Dialog& composer = *windowsOf(IDD_COMPOSER).front();
+    ASSERT_TRUE(testkit::type(composer, IDC_COMPOSE_TO, QStringLiteral("+447700900555")));
+    ASSERT_TRUE(testkit::type(composer, IDC_COMPOSE_TEXT, QStringLiteral("See you")));
+    ASSERT_TRUE(testkit::click(composer, IDC_COMPOSE_SEND)); // no question: the sender is known
+    ASSERT_TRUE(settleUntil([] { return newestOutboxMessage() != nullptr; }));
+    const QString sentText = QString::fromUtf16(newestOutboxMessage()->getText());
+    EXPECT_TRUE(sentText.contains(QStringLiteral("Ada Lovelace"))) << sentText.toStdString();
+    session.stop();
 }
 
 } // namespace
