@@ -177,13 +177,15 @@ TEST_F(ComposeEndToEnd, TheSignatureSetInTheOptionsEndsANewMessage) {
     tessaly::Dialog& mainWindow = *windowsOf(IDD_MAIN).front();
 
     // Tools / Options: the Signature page comes first.
-    user.runModal([](tessaly::Dialog& dialog) {
+    user.runModal([&phone](tessaly::Dialog& dialog) {
         auto& sheet = static_cast<tessaly::PropertySheet&>(dialog);
         EXPECT_EQ(sheet.title(), QStringLiteral("Options"));
         tessaly::Dialog& signature = *sheet.page(0);
         EXPECT_TRUE(testkit::type(signature, IDC_SIGNATURE_FIRST_NAME, QStringLiteral("Ada")));
         EXPECT_TRUE(testkit::type(signature, IDC_SIGNATURE_LAST_NAME, QStringLiteral("Lovelace")));
         EXPECT_TRUE(testkit::type(signature, IDC_SIGNATURE_PHONE, QStringLiteral("+442079460018")));
+        settle();
+        EXPECT_TRUE(savePicture(phone, QStringLiteral("phone_options.png")));
         sheet.sendCommand(IDOK);
     });
     ASSERT_TRUE(testkit::chooseCommand(mainWindow, IDM_MAIN_OPTIONS));
