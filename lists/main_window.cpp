@@ -1,5 +1,8 @@
 #include "lists/main_window.h"
 
+#include "cellbroadcast/cb_message_view.h"
+#include "cellbroadcast/cb_texts.h"
+#include "cellbroadcast/cb_ticker.h"
 #include "framework/resources/resources.h"
 #include "framework/ui/menu.h"
 #include "framework/ui/screen.h"
@@ -33,6 +36,10 @@ constexpr QColor kLabelTextColor(0x10, 0x3e, 0x8c);
 
 bool isMessageFolder(int folder) {
     return folder == kInboxFolder || folder == kOutboxFolder;
+}
+
+bool isFolder(int folder) {
+    return isMessageFolder(folder) || folder == kCellBroadcastFolder;
 }
 
 int labelStripHeight() {
@@ -77,6 +84,10 @@ ListView* MainSmsWindow::messageList() const {
     return listView(IDC_MAIN_LIST);
 }
 
+ListView* MainSmsWindow::cellBroadcastList() const {
+    return listView(IDC_MAIN_CB_LIST);
+}
+
 int MainSmsWindow::sortKey() const {
     return listSortTable().sortKey(listFolder_);
 }
@@ -103,16 +114,28 @@ bool MainSmsWindow::onInitDialog() {
         QObject::connect(list->verticalScrollBar(), &QScrollBar::valueChanged, list,
                          [this] { fillRowsInView(); });
     }
-    // The ticker line belongs to the cell broadcast lists; it stays hidden until they exist.
+    if (ListView* list = cellBroadcastList()) {
+        list->setImageList({cellBroadcastImage()});
+        list->setSingleSelection(true);
+        list->setExtendedStyle(LVS_EX_FULLROWSELECT);
+    }
+    // The ticker line shows only while it has something to show; the lists take its room.
     showItem(IDC_MAIN_TICKER, false);
+    ticker_ = std::make_unique<CbTicker>(item(IDC_MAIN_TICKER));
+    ticker_->setColors(kLabelStripColor, kLabelTextColor);
+    ticker_->setShownChanged([this](bool shown) {
+        showItem(IDC_MAIN_TICKER, shown);
+        layoutControls();
+    });
     const int lastFolder = environment_.settings().currentList;
-    showFolder(isMessageFolder(lastFolder) ? lastFolder : kInboxFolder);
+    showFolder(isFolder(lastFolder) ? lastFolder : kInboxFolder);
+    ticker_->refresh();
     layoutControls();
     return true;
 }
 
 void MainSmsWindow::showFolder(int folder) {
-    if (!isMessageFolder(folder))
+    if (!isFolder(folder))
         return;
     const bool otherFolder = folder != currentFolder_;
     if (otherFolder) {
@@ -122,7 +145,21 @@ void MainSmsWindow::showFolder(int folder) {
     currentFolder_ = folder;
     showItem(IDC_MAIN_LIST, false);
     showItem(IDC_MAIN_CB_LIST, false);
-    showItem(IDC_MAIN_SORT, true);
+    showItem(IDC_MAIN_SORT, isMessageFolder(folder));
+    if (folder == kCellBroadcastFolder) {
+        ListView* list = cellBroadcastList();
+        if (!list)
+            return;
+        const int selected = otherFolder ? -1 : list->selectedRow();
+        list->deleteAllColumns();
+        listFolder_ = folder;
+        insertCellBroadcastColumns();
+        fillCellBroadcastList(selected);
+        refreshLabels();
+        showItem(IDC_MAIN_CB_LIST, true);
+        listShown_ = true;
+        return;
+    }
     ListView* list = messageList();
     if (!list)
         return;
@@ -152,6 +189,45 @@ void MainSmsWindow::insertColumns() {
     for (int column = 0; column < SmsSettings::kColumnCount; ++column)
         list->insertColumn(column, headers[column], widths[column]);
     list->setLastColumnFillsWidth(true);
+}
+
+void MainSmsWindow::insertCellBroadcastColumns() {
+    ListView* list = cellBroadcastList();
+    const SmsSettings::ColumnWidths widths =
+        environment_.settings().columnWidths(kCellBroadcastFolder);
+    // The fourth stored width belongs to no column.
+    list->insertColumn(0, QString(), widths[0]);
+    list->insertColumn(1, loadString(IDS_CB_CHANNEL_COLUMN), widths[1]);
+    list->insertColumn(2, loadString(IDS_COLUMN_TEXT), widths[2]);
+    list->setLastColumnFillsWidth(true);
+}
+
+void MainSmsWindow::fillCellBroadcastList(int rowToSelect) {
+    ListView* list = cellBroadcastList();
+    list->setUpdatesEnabled(false);
+    list->deleteAllItems();
+    const GSM::CbFolder folder;
+    const int last = folder.lastChannel();
+    for (int channel = folder.firstChannel(); channel <= last; ++channel) {
+        const CbMessagePtr message(folder.get(channel));
+        if (!message)
+            continue;
+        const int row = list->insertItem(list->itemCount(), QString(), 0, LPARAM(channel));
+        list->setItemText(row, 1, QString::number(channel));
+        list->setItemText(row, 2, cbOneLineText(message->messageText()));
+    }
+    if (rowToSelect >= 0 && rowToSelect < list->itemCount()) {
+        list->setItemSelected(rowToSelect, true);
+        list->ensureVisible(rowToSelect);
+    }
+    list->setUpdatesEnabled(true);
+}
+
+void MainSmsWindow::viewCellBroadcast(int row) {
+    const ListView* list = cellBroadcastList();
+    if (!list || row < 0 || row >= list->itemCount())
+        return;
+    CbMessageView(int(list->getItemData(row)), this).doModal();
 }
 
 void MainSmsWindow::fillList(int rowToSelect) {
@@ -224,9 +300,10 @@ void MainSmsWindow::showFolderMenu() {
     if (!resource)
         return;
     Menu menu = resource->subMenu(0);
-    menu.checkItem(currentFolder_ == kOutboxFolder ? IDM_FOLDER_OUTBOX : IDM_FOLDER_INBOX, true);
-    // The cell broadcast list arrives with the cell broadcast windows.
-    menu.enableItem(IDM_FOLDER_CELLBROADCAST, false);
+    menu.checkItem(currentFolder_ == kOutboxFolder          ? IDM_FOLDER_OUTBOX
+                   : currentFolder_ == kCellBroadcastFolder ? IDM_FOLDER_CELLBROADCAST
+                                                            : IDM_FOLDER_INBOX,
+                   true);
     setItemText(IDC_MAIN_FOLDER, loadString(IDS_SHOW));
     const QPoint below = clientArea()->mapToGlobal(itemRect(IDC_MAIN_FOLDER).bottomLeft());
     const int command = menu.track(window(), below, TPM_LEFTALIGN);
@@ -273,6 +350,13 @@ void MainSmsWindow::onCommand(int id) {
         break;
     case IDM_FOLDER_OUTBOX:
         showFolder(kOutboxFolder);
+        break;
+    case IDM_FOLDER_CELLBROADCAST:
+        showFolder(kCellBroadcastFolder);
+        break;
+    case IDM_CB_VIEW:
+        if (const ListView* list = cellBroadcastList())
+            viewCellBroadcast(list->selectedRow());
         break;
     case IDM_SORT_DATE:
         sortBy(GSM::Sms::SortByDate);
@@ -404,6 +488,8 @@ void MainSmsWindow::onListClick(int id, int row, int column) {
     const ModuleStateGuard guard(moduleState_);
     if (id == IDC_MAIN_LIST)
         openRow(row);
+    else if (id == IDC_MAIN_CB_LIST)
+        viewCellBroadcast(row);
 }
 
 void MainSmsWindow::onListColumnClick(int id, int column) {
@@ -428,10 +514,12 @@ void MainSmsWindow::onListKeyDown(int id, int virtualKey) {
 
 void MainSmsWindow::onListTapAndHold(int id, int row, QPoint screenPos) {
     const ModuleStateGuard guard(moduleState_);
-    if (id != IDC_MAIN_LIST || row < 0)
+    if ((id != IDC_MAIN_LIST && id != IDC_MAIN_CB_LIST) || row < 0)
         return;
-    std::optional<Menu> resource =
-        Menu::load(listFolder_ == kOutboxFolder ? IDR_MENU_OUTBOX_ITEM : IDR_MENU_INBOX_ITEM);
+    const int menuId = id == IDC_MAIN_CB_LIST         ? IDR_MENU_CB_ITEM
+                       : listFolder_ == kOutboxFolder ? IDR_MENU_OUTBOX_ITEM
+                                                      : IDR_MENU_INBOX_ITEM;
+    std::optional<Menu> resource = Menu::load(menuId);
     if (!resource)
         return;
     if (const int command = resource->subMenu(0).track(window(), screenPos))
@@ -440,8 +528,9 @@ void MainSmsWindow::onListTapAndHold(int id, int row, QPoint screenPos) {
 
 void MainSmsWindow::onListColumnWidthChanged(int id, int column, int width) {
     const ModuleStateGuard guard(moduleState_);
-    if (id != IDC_MAIN_LIST || !isMessageFolder(listFolder_) || column < 0 ||
-        column >= SmsSettings::kColumnCount)
+    const bool shownList =
+        id == (listFolder_ == kCellBroadcastFolder ? IDC_MAIN_CB_LIST : IDC_MAIN_LIST);
+    if (!shownList || !isFolder(listFolder_) || column < 0 || column >= SmsSettings::kColumnCount)
         return;
     SmsSettings& settings = environment_.settings();
     SmsSettings::ColumnWidths widths = settings.columnWidths(listFolder_);
@@ -502,8 +591,19 @@ bool MainSmsWindow::onEraseBackground(QPainter& painter, const QRect& rect) {
 
 void MainSmsWindow::eventMessagesChanged() {
     const ModuleStateGuard guard(moduleState_);
-    if (listShown_)
+    if (listShown_ && isMessageFolder(currentFolder_))
         showFolder(currentFolder_);
+}
+
+void MainSmsWindow::eventMessage(int channel) {
+    const ModuleStateGuard guard(moduleState_);
+    if (listShown_ && currentFolder_ == kCellBroadcastFolder)
+        showFolder(currentFolder_);
+}
+
+void MainSmsWindow::onDestroy() {
+    // The ticker's timer must not outlive the line it paints.
+    ticker_.reset();
 }
 
 void MainSmsWindow::onPostDestroy() {

@@ -51,6 +51,28 @@ const QList<QPixmap>& statusImages() {
     return images;
 }
 
+QPixmap cellBroadcastImage() {
+    QPixmap pixmap(kImageSize, kImageSize);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor mast(0x30, 0x50, 0x80);
+    painter.setPen(QPen(mast, 1.5));
+    painter.drawLine(QPointF(8, 6), QPointF(5, 15));
+    painter.drawLine(QPointF(8, 6), QPointF(11, 15));
+    painter.drawLine(QPointF(6.2, 11.5), QPointF(9.8, 11.5));
+    painter.setBrush(mast);
+    painter.drawEllipse(QPointF(8, 5), 1.5, 1.5);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(QColor(0xd0, 0x70, 0x10), 1.2));
+    for (const qreal radius : {3.5, 6.0}) {
+        const QRectF arc(8 - radius, 5 - radius, 2 * radius, 2 * radius);
+        painter.drawArc(arc, -40 * 16, 80 * 16);
+        painter.drawArc(arc, 140 * 16, 80 * 16);
+    }
+    return pixmap;
+}
+
 void drawArrowButton(QPainter& painter, const QRect& rect, bool pointsDown, bool pressed) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);

@@ -15,6 +15,9 @@ namespace tessaly::sms {
 // 2 envelope with a broken edge (incomplete), 3 envelope with a red cross (failed).
 const QList<QPixmap>& statusImages();
 
+// The cell-broadcast list's image: a mast sending waves to both sides.
+QPixmap cellBroadcastImage();
+
 // A small filled triangle pointing down (show the details) or up (hide them).
 void drawArrowButton(QPainter& painter, const QRect& rect, bool pointsDown, bool pressed);
 

@@ -8,6 +8,9 @@
 #include "lists/message_view.h"
 #include "module/lists_environment_adapter.h"
 #include "module/module_state.h"
+#include "module/new_message_notification.h"
+#include "module/sending_notification.h"
+#include "module/sim_transfer_window.h"
 
 #include <QtGlobal>
 
@@ -105,10 +108,11 @@ void openMessageNotification(long id) {
     loadSettings();
     auto& context = moduleContext();
     if (context.messageNotification) {
+        // The window keeps its own message; the store's event recounts the unread ones.
         context.messageNotification->showWindow(SW_SHOW);
         return;
     }
-    qInfo("openMessageNotification(%ld): the new-message notification is not built yet", id);
+    context.messageNotification = tessaly::sms::NewMessageNotification::open(id);
 }
 
 void openSendingNotification(long id, int recipient, int segment, int segments, int reserved1,
@@ -118,14 +122,28 @@ void openSendingNotification(long id, int recipient, int segment, int segments, 
     auto& context = moduleContext();
     if (!settings.showProgress || context.sendingNotificationSuppressed)
         return;
-    qInfo("openSendingNotification(%ld, %d, %d, %d): the sending notification is not built yet", id,
-          recipient, segment, segments);
+    if (!context.sendingNotification) {
+        context.sendingNotification = tessaly::sms::SendingNotification::createHidden();
+        if (!context.sendingNotification)
+            return;
+    }
+    tessaly::sms::SendingNotification* window = context.sendingNotification;
+    window->showWindow(SW_SHOW);
+    window->showProgress(id, recipient, segment, segments, reserved1, reserved2);
 }
 
 void openSendingCompletion(GSM::Result result, bool plural) {
     const ModuleScope scope;
-    qInfo("openSendingCompletion(%ld, %s): the sending notification is not built yet",
-          result.errorCode(), plural ? "plural" : "single");
+    auto& context = moduleContext();
+    if (!context.sendingNotification) {
+        context.sendingNotification = tessaly::sms::SendingNotification::createHidden();
+        if (!context.sendingNotification)
+            return;
+    }
+    tessaly::sms::SendingNotification* window = context.sendingNotification;
+    window->setCompletion(result, plural);
+    window->showWindow(SW_HIDE);
+    window->postMessage(WM_APP);
 }
 
 void openSimNotification(int count, int capacity) {
@@ -134,5 +152,17 @@ void openSimNotification(int count, int capacity) {
     if (!context.simTransferWindow && count == 0 && capacity == 0)
         return;
     loadSettings();
-    qInfo("openSimNotification(%d, %d): the SIM transfer window is not built yet", count, capacity);
+    if (!context.simTransferWindow) {
+        context.simTransferWindow = tessaly::sms::SimTransferWindow::createHidden(count, capacity);
+        if (!context.simTransferWindow)
+            return;
+    }
+    tessaly::sms::SimTransferWindow* window = context.simTransferWindow;
+    if (count == -1 && capacity == -1) {
+        window->postMessage(WM_APP); // the move has ended
+        return;
+    }
+    window->showWindow(SW_SHOW);
+    if (count == 0 && capacity == 0)
+        window->advanceProgress();
 }

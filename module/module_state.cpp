@@ -1,6 +1,9 @@
 #include "module/module_state.h"
 
 #include "framework/ui/dialog.h"
+#include "module/new_message_notification.h"
+#include "module/sending_notification.h"
+#include "module/sim_transfer_window.h"
 #include "module/telephony/preferences.h"
 #include "module/telephony/services.h"
 
@@ -39,8 +42,8 @@ bool writeSettingsBlob(const QByteArray& blob) {
 
 // Destroys a window kept in `slot` and clears the slot, whether or not the window cleared it
 // itself (it may finish its destruction later, when called from inside one of its handlers).
-void destroyWindowIn(Dialog*& slot) {
-    if (Dialog* window = slot) {
+template <typename Window> void destroyWindowIn(Window*& slot) {
+    if (Window* window = slot) {
         window->destroyWindow();
         if (slot == window)
             slot = nullptr;

@@ -7,8 +7,8 @@
 // Rules for the windows that live in it:
 // - Each window kind exists at most once and is reached through its pointer below. The export
 //   that creates the window sets the pointer; the window clears it when it is destroyed
-//   (onPostDestroy: `if (moduleContext().mainWindow == this) moduleContext().mainWindow =
-//   nullptr;`), so a null pointer always means that no such window exists.
+//   (onPostDestroy: `forgetWindow(moduleContext().simTransferWindow, this)`), so a null
+//   pointer always means that no such window exists.
 // - A composer appends itself to `composers` when editMessage creates it and removes itself
 //   when it is destroyed.
 // - Every event override (telephony handlers, window handlers reached from the event loop)
@@ -17,6 +17,7 @@
 #include "framework/resources/module_state.h"
 #include "settings/sms_settings.h"
 
+#include <utility>
 #include <vector>
 
 namespace tessaly {
@@ -26,6 +27,10 @@ struct ResourceScript;
 
 namespace tessaly::sms {
 
+class NewMessageNotification;
+class SendingNotification;
+class SimTransferWindow;
+
 struct ModuleContext {
     // The module's resources in the language chosen at load; what ModuleScope switches to.
     const ResourceScript* resources = nullptr;
@@ -34,13 +39,13 @@ struct ModuleContext {
     void* hostIdle = nullptr;
 
     Dialog* mainWindow = nullptr;
-    Dialog* messageNotification = nullptr;
+    NewMessageNotification* messageNotification = nullptr;
     // Shared by the progress and the completion export.
-    Dialog* sendingNotification = nullptr;
+    SendingNotification* sendingNotification = nullptr;
     // While set, openSendingNotification does nothing: the person dismissed the progress
     // window; sending an Outbox message again clears it.
     bool sendingNotificationSuppressed = false;
-    Dialog* simTransferWindow = nullptr;
+    SimTransferWindow* simTransferWindow = nullptr;
     // Open composers in the order they were created; any number.
     std::vector<Dialog*> composers;
 
@@ -72,6 +77,24 @@ bool hasOpenWindows();
 // Hands control back to the host (GSM::moduleIdle with its idle pointer) when no window of the
 // module is left; the new-message notification and the SIM window call it once destroyed.
 void handBackControlIfIdle();
+// Creates a window object and its window, hidden; null, with nothing left behind, when the
+// window cannot be created.
+template <typename Window, typename... Args> Window* createHiddenWindow(Args&&... args) {
+    auto* window = new Window(std::forward<Args>(args)...);
+    if (!window->create()) {
+        delete window;
+        return nullptr;
+    }
+    return window;
+}
+// A window is gone: its slot forgets it, but only while it still holds it (a window finishing
+// its destruction late never clears a newer one). True when the slot held it.
+template <typename Window> bool forgetWindow(Window*& slot, const Window* window) {
+    if (slot != window)
+        return false;
+    slot = nullptr;
+    return true;
+}
 // Destroys every window in a fixed order: main window, new-message notification, sending
 // notification, SIM window, then the composers from the first. Afterwards every pointer is null
 // and the composer list is empty.

@@ -1,9 +1,11 @@
 #include "module/options_pages.h"
 
+#include "cellbroadcast/cell_broadcast_page.h"
 #include "module/module_state.h"
 #include "settings/receiving_page.h"
 #include "settings/sending_page.h"
 #include "settings/signature_page.h"
+#include "templates/template_pages.h"
 
 namespace tessaly::sms {
 
@@ -21,6 +23,9 @@ constexpr OptionsPageFactory kPages[] = {
     {OptionsPageKind::Signature, &SignaturePage::make},
     {OptionsPageKind::Sending, &SendingPage::make},
     {OptionsPageKind::Receiving, &ReceivingPage::make},
+    {OptionsPageKind::Templates, &TemplatesPage::make},
+    {OptionsPageKind::Variables, &VariablesPage::make},
+    {OptionsPageKind::CellBroadcast, &CellBroadcastPage::make},
 };
 
 } // namespace

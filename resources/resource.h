@@ -111,6 +111,31 @@
 #define IDC_SC_EDIT_NUMBER_LABEL 12039
 #define IDC_SC_EDIT_NAME 10011
 #define IDC_SC_EDIT_NUMBER 10012
+// Cell Broadcast options page (IDD_PAGE_CELL_BROADCAST)
+#define IDC_CB_TICKER_SCROLLS 12044   // check box "Message ticker scrolls"
+#define IDC_CB_HORIZONTALLY 12045
+#define IDC_CB_VERTICALLY 12046
+#define IDC_CB_SHOW_DIALOG 12047      // check box "Show dialog for"
+#define IDC_CB_CHANGED_MESSAGES 12048
+#define IDC_CB_EVERY_MESSAGE 12049
+#define IDC_CB_CHANNELS 12050         // list box, sorted as text
+#define IDC_CB_LANGUAGES 12051        // list box, several selected, item data = language code
+#define IDC_CB_CHANNELS_LABEL 12052
+#define IDC_CB_LANGUAGES_LABEL 12053
+#define IDC_CB_STATUS 12057           // waiting and error texts, in place of the lists
+// Add-channel dialog (IDD_ADD_CHANNEL)
+#define IDC_ADD_CHANNEL_LABEL 12054
+#define IDC_ADD_CHANNEL_NUMBER 12055  // digits only
+#define IDC_ADD_CHANNEL_CAPTION 12056
+// Cell broadcast message view (IDD_CB_MESSAGE_VIEW)
+#define IDC_CBVIEW_CHANNEL 12058
+#define IDC_CBVIEW_DATE 12059
+#define IDC_CBVIEW_COUNT 12060
+#define IDC_CBVIEW_CHANNEL_LABEL 12061
+#define IDC_CBVIEW_DATE_LABEL 12062
+#define IDC_CBVIEW_COUNT_LABEL 12063
+#define IDC_CBVIEW_TEXT 12064
+#define IDC_CBVIEW_CAPTION 12065
 // Composer "New Message" (IDD_COMPOSER)
 #define IDC_COMPOSE_SEND 10054             // SEND
 #define IDC_COMPOSE_TO_LABEL 10038         // "To:"
@@ -128,6 +153,34 @@
 #define IDC_COMPOSE_RECP 10006             // favourites menu
 #define IDC_COMPOSE_RECIPIENTS 12039       // "3 Recipients", blank for 0 and 1
 #define IDC_COMPOSE_COUNTER 12040          // "12 characters, 1 message"
+// Notifications: "Message" (IDD_NEW_MESSAGE_NOTIFICATION), "Sending" (IDD_SENDING_NOTIFICATION),
+// "Database" (IDD_SIM_TRANSFER). The header controls use the numbers of their header words.
+#define IDC_NOTIFY_FROM_LABEL 12047
+#define IDC_NOTIFY_NAME 12045
+#define IDC_NOTIFY_DATE_LABEL 12048
+#define IDC_NOTIFY_DATE 12046
+#define IDC_NOTIFY_CALL_BACK 10016
+#define IDC_NOTIFY_REPLY 10018
+#define IDC_NOTIFY_READ_ALL 10017
+#define IDC_NOTIFY_OTHERS 10065
+#define IDC_NOTIFY_HEADER 10340      // as IDS_HEADER_MESSAGE
+#define IDC_NOTIFY_NUMBER 12044
+#define IDC_NOTIFY_TEXT 12020
+#define IDC_SENDING_TO_LABEL 12049
+#define IDC_SENDING_NAME 10068
+#define IDC_SENDING_SEGMENT_LABEL 10070
+#define IDC_SENDING_SEGMENT 10071
+#define IDC_SENDING_DISMISS 10004
+#define IDC_SENDING_HEADER 10338     // as IDS_HEADER_SENDING
+#define IDC_SENDING_TEXT 12050
+#define IDC_SENDING_NUMBER 10069
+#define IDC_SIM_QUESTION 10064
+#define IDC_SIM_YES 10081
+#define IDC_SIM_NO 10080
+#define IDC_SIM_NOTE_LABEL 10067
+#define IDC_SIM_FULL_TEXT 10063
+#define IDC_SIM_PROGRESS 12008
+#define IDC_SIM_HEADER 10339         // as IDS_HEADER_DATABASE
 
 // ---- Commands ----------------------------------------------------------------------------------
 // Main window menu bar
@@ -344,6 +397,7 @@
 #define IDS_VARIABLE_WITHOUT_VALUES 12075
 #define IDS_CELLBROADCAST 12078
 #define IDS_CB_QUERYING 12500
+#define IDS_CB_CHANNEL_COLUMN 12501 // header of the cell broadcast list's channel column
 
 // Cell broadcast languages; the first fifteen are offered on the Cell Broadcast page
 #define IDS_LANG_ENGLISH 12512
@@ -369,3 +423,21 @@
 
 // The application's title, in the framework's range
 #define IDS_APP_TITLE 57344
+
+// ---- Templates and Variables pages, Edit Template, Edit Variable -------------------------------
+#define IDC_TEMPLATES_INSERT_GREETING 10402
+#define IDC_TEMPLATES_INSERT_SIGNATURE 10403
+#define IDC_TEMPLATES_LIST 10405
+#define IDC_TEMPLATES_NEW 10406
+#define IDC_VARIABLES_LIST 10410
+#define IDC_VARIABLES_NEW 10411
+#define IDC_EDIT_TEMPLATE_TITLE 10420
+#define IDC_EDIT_TEMPLATE_NAME 10421
+#define IDC_EDIT_TEMPLATE_VARIABLE 10422
+#define IDC_EDIT_TEMPLATE_BODY 10423
+#define IDC_EDIT_VARIABLE_TITLE 10430
+#define IDC_EDIT_VARIABLE_NAME 10431
+#define IDC_EDIT_VARIABLE_VALUES 10432
+// Column headers of the Variables page
+#define IDS_VARIABLES_COLUMN_NAME 10360
+#define IDS_VARIABLES_COLUMN_KIND 10361

@@ -9,6 +9,7 @@
 #include <QDate>
 
 #include <array>
+#include <vector>
 
 namespace tessaly::sms {
 
@@ -270,6 +271,11 @@ QString PlaceholderExpander::insertTemplate(const QString& templateName, const Q
 }
 
 QString PlaceholderExpander::markersToPlaceholders(const QString& text) {
+    return markersToPlaceholders(text, &TemplateStore::findVariableOfValue);
+}
+
+QString PlaceholderExpander::markersToPlaceholders(const QString& text,
+                                                   const VariableFinder& findVariable) {
     const QString colon = placeholderColon();
     QString out = text;
     // At most one round per character of the text: a variable name that itself holds a "<"
@@ -284,10 +290,43 @@ QString PlaceholderExpander::markersToPlaceholders(const QString& text) {
             continue;
         out[close] = u']';
         const QString inner = out.mid(open + 1, close - open - 1);
-        if (const std::optional<VariableMatch> match = TemplateStore::findVariableOfValue(inner))
+        if (const std::optional<VariableMatch> match = findVariable(inner))
             out.replace(open + 1, inner.size(), match->name + colon + match->value);
     }
     return out;
+}
+
+QString PlaceholderExpander::editorTextToBody(const QString& text, const QString& loadedBody) {
+    const QString colon = placeholderColon();
+    // The list placeholders of the loaded template, in order: the ones the editor showed as marks.
+    std::vector<VariableMatch> loaded;
+    for (qsizetype from = 0;;) {
+        const PlaceholderSpan span = findPlaceholder(loadedBody, from, colon);
+        if (span.open < 0)
+            break;
+        if (!TemplateStore::isComputedVariable(span.name))
+            loaded.push_back({span.name, span.value});
+        from = span.close + 1;
+    }
+    std::size_t markIndex = 0;
+    return markersToPlaceholders(text, [&](const QString& value) -> std::optional<VariableMatch> {
+        const std::size_t place = markIndex++;
+        if (place < loaded.size() && loaded[place].value == value)
+            return loaded[place];
+        for (const VariableMatch& placeholder : loaded)
+            if (placeholder.value == value)
+                return placeholder;
+        std::optional<VariableMatch> match = TemplateStore::findVariableOfValue(value);
+        if (!match)
+            return match;
+        for (const VariableMatch& placeholder : loaded) {
+            if (placeholder.name.compare(match->name, Qt::CaseInsensitive) == 0) {
+                match->name = placeholder.name;
+                break;
+            }
+        }
+        return match;
+    });
 }
 
 } // namespace tessaly::sms

@@ -10,9 +10,11 @@
 // placeholder, and the first colon splits name from value. Names compare exactly unless noted.
 
 #include "templates/person_info.h"
+#include "templates/template_store.h"
 
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 namespace tessaly::sms {
@@ -48,6 +50,16 @@ public:
     // The template editor's marks back to stored placeholders: each "<value>" becomes
     // "[variable:value]"; a value whose variable cannot be found becomes "[value]".
     static QString markersToPlaceholders(const QString& text);
+    // The same, asking `findVariable` for each marked value in turn, left to right.
+    using VariableFinder = std::function<std::optional<VariableMatch>(const QString& value)>;
+    static QString markersToPlaceholders(const QString& text, const VariableFinder& findVariable);
+    // The template editor's save: markers to placeholders that keep the names the template was
+    // loaded with. A mark takes the name of the loaded placeholder at the same place among the
+    // list placeholders when the value is the same, else of a loaded placeholder with that
+    // value, else the variable found for it, spelt as the loaded template spells that name.
+    // So a template saved unchanged keeps "[Time span:30 minutes]" although the built-in name
+    // is "Time Span", and a user variable whose value is also another variable's keeps its own.
+    static QString editorTextToBody(const QString& text, const QString& loadedBody);
 
     // "Time" words to "%02d:%02d" from now (the hour is not wrapped: 23:50 in 15 minutes is
     // 24:05); "Date" words to " on %04d-%02d-%02d". Any other variable gives the word unchanged.

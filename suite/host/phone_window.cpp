@@ -2,6 +2,7 @@
 
 #include "framework/time/clock.h"
 #include "module/telephony/device.h"
+#include "module/telephony/message.h"
 #include "suite/telephony/simulator.h"
 
 #include <QComboBox>
@@ -122,9 +123,9 @@ SimulatorPanel::SimulatorPanel(QWidget* parent)
     auto* columns = new QGridLayout;
     columns->addWidget(buildIncomingSms(), 0, 0);
     columns->addWidget(buildCellBroadcast(), 1, 0);
+    columns->addWidget(buildNetwork(), 2, 0);
     columns->addWidget(buildSim(), 0, 1);
-    columns->addWidget(buildNetwork(), 1, 1);
-    columns->addWidget(buildNextSend(), 2, 0, 1, 2);
+    columns->addWidget(buildSending(), 1, 1, 2, 1);
     layout->addLayout(columns);
     log_ = new QLabel(this);
     log_->setObjectName(QStringLiteral("simulatorLog"));
@@ -188,6 +189,7 @@ QWidget* SimulatorPanel::buildSim() {
     capacity->setRange(1, 50);
     capacity->setValue(10);
     auto* fill = new QPushButton(QStringLiteral("Put messages on the SIM"), group);
+    fill->setObjectName(QStringLiteral("fillSim"));
     form->addRow(QStringLiteral("Messages:"), count);
     form->addRow(QStringLiteral("Capacity:"), capacity);
     form->addRow(fill);
@@ -233,24 +235,68 @@ QWidget* SimulatorPanel::buildNetwork() {
     return group;
 }
 
-QWidget* SimulatorPanel::buildNextSend() {
-    auto* group = new QGroupBox(QStringLiteral("Next send"), this);
+QWidget* SimulatorPanel::buildSending() {
+    auto* group = new QGroupBox(QStringLiteral("Sending"), this);
     auto* form = new QFormLayout(group);
+    auto* to = new QLineEdit(QStringLiteral("+447700900102"), group);
+    auto* text = new QPlainTextEdit(
+        QStringLiteral("A message long enough to need two segments: the radio sends one segment "
+                       "per step, so the sending notification shows each of them before the "
+                       "completion box tells how it went."),
+        group);
+    text->setFixedHeight(48);
+    auto* outcome = new QComboBox(group);
+    outcome->setObjectName(QStringLiteral("sendOutcome"));
+    outcome->addItem(QStringLiteral("Succeeds"));
+    outcome->addItem(QStringLiteral("Fails with the code below"));
     auto* code = new QSpinBox(group);
+    code->setObjectName(QStringLiteral("sendErrorCode"));
     code->setRange(1, 9999);
     code->setValue(GSM::ErrorNetworkRejected);
-    auto* text = new QLineEdit(QStringLiteral("The network rejected the message."), group);
-    auto* arm = new QPushButton(QStringLiteral("Make the next send fail"), group);
+    auto* reason = new QLineEdit(QStringLiteral("The network rejected the message."), group);
+    reason->setObjectName(QStringLiteral("sendErrorText"));
+    auto* send = new QPushButton(QStringLiteral("Send from the phone"), group);
+    send->setObjectName(QStringLiteral("sendMessage"));
+    auto* arm = new QPushButton(QStringLiteral("Fail the next send"), group);
     nextSend_ = new QLabel(QStringLiteral("The next send succeeds."), group);
+    nextSend_->setWordWrap(true);
+    form->addRow(QStringLiteral("To:"), to);
+    form->addRow(QStringLiteral("Text:"), text);
+    form->addRow(QStringLiteral("Outcome:"), outcome);
     form->addRow(QStringLiteral("Error code:"), code);
-    form->addRow(QStringLiteral("Error text:"), text);
+    form->addRow(QStringLiteral("Error text:"), reason);
+    form->addRow(send);
     form->addRow(arm);
     form->addRow(nextSend_);
-    connect(arm, &QPushButton::clicked, this, [this, code, text] {
-        sim::failNextSend(code->value(), toU16(text->text()));
+    const auto armFailure = [this, code, reason] {
+        sim::failNextSend(code->value(), toU16(reason->text()));
         nextSend_->setText(QStringLiteral("The next send fails with code %1.").arg(code->value()));
+    };
+    connect(arm, &QPushButton::clicked, this, armFailure);
+    connect(send, &QPushButton::clicked, this, [this, to, text, outcome, armFailure] {
+        if (outcome->currentIndex() == 1)
+            armFailure();
+        const GSM::Result result = sendFromPhone(to->text(), text->toPlainText());
+        report(result.isOk() ? QStringLiteral("A message to %1 is on its way.").arg(to->text())
+                             : QStringLiteral("Not sent: %1").arg(resultText(result)));
     });
     return group;
+}
+
+GSM::Result SimulatorPanel::sendFromPhone(const QString& number, const QString& text) {
+    GSM::Message* message = GSM::Message::make();
+    if (!message)
+        return GSM::Result(GSM::ErrorNotAvailable, u"The message store is not available.");
+    const std::u16string wideText = toU16(text);
+    const std::u16string wideNumber = toU16(number);
+    GSM::Result result = message->setText(wideText.c_str());
+    if (result.isOk())
+        result = message->getContacts()->add(wideNumber.c_str());
+    if (!result.isOk()) {
+        message->endEdit(true);
+        return result;
+    }
+    return message->endEdit(false);
 }
 
 void SimulatorPanel::sendingCompleted() {

@@ -58,13 +58,15 @@ public:
 
     // The radio finished sending: an armed failure has been used up.
     void sendingCompleted();
+    // What the composer hands over: a new Outbox message to one number, stored and queued.
+    static GSM::Result sendFromPhone(const QString& number, const QString& text);
 
 private:
     QWidget* buildIncomingSms();
     QWidget* buildCellBroadcast();
     QWidget* buildSim();
     QWidget* buildNetwork();
-    QWidget* buildNextSend();
+    QWidget* buildSending();
     void report(const QString& text);
 
     QLabel* nextSend_ = nullptr;

@@ -13,8 +13,10 @@
 namespace tessaly::host {
 
 QImage grabPhone(const PhoneWindow& phone) {
-    // The home screen at the bottom, the panel on top, the module's windows between them in
-    // the order they were made, the active one last (it is the one in front).
+    // The home screen at the bottom, the panel on top, the module's windows between them:
+    // full-screen windows under pop-ups (offscreen windows have no stacking order of their own,
+    // and on the phone a pop-up always stands over the full screen it came up on); within each,
+    // in the order they were made, the active one last (it is the one in front).
     std::vector<QWidget*> windows;
     for (QWidget* widget : QApplication::topLevelWidgets()) {
         if (widget != phone.homeScreen() && widget != phone.simulator() && widget->isVisible())
@@ -27,7 +29,13 @@ QImage grabPhone(const PhoneWindow& phone) {
         });
         return found - made.begin();
     };
+    const auto isPopup = [&phone](const QWidget* widget) {
+        return widget->width() * widget->height() <
+               phone.homeScreen()->width() * phone.homeScreen()->height();
+    };
     std::stable_sort(windows.begin(), windows.end(), [&](const QWidget* a, const QWidget* b) {
+        if (isPopup(a) != isPopup(b))
+            return isPopup(b);
         const bool aActive = a == QApplication::activeWindow();
         const bool bActive = b == QApplication::activeWindow();
         return aActive != bActive ? bActive : madeAt(a) < madeAt(b);

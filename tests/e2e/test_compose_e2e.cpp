@@ -25,6 +25,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -79,6 +80,21 @@ protected:
         return found;
     }
 
+    // Starts the module in the phone and opens the main window from the home screen; nullptr
+    // when it did not come.
+    static tessaly::Dialog* openMessages(tessaly::host::PhoneWindow& phone,
+                                         tessaly::host::HostSession& session) {
+        QString error;
+        if (!session.start(QStringLiteral(TESSALY_SMS_MODULE_PATH), &error)) {
+            ADD_FAILURE() << error.toStdString();
+            return nullptr;
+        }
+        phone.homeScreen()->messagesButton()->click();
+        settle();
+        const std::vector<tessaly::Dialog*> main = windowsOf(IDD_MAIN);
+        return main.size() == 1 ? main.front() : nullptr;
+    }
+
     static GSM::Message* newestOutboxMessage() {
         GSM::MessageContainer* outbox =
             GSM::sms.getMessages(GSM::Sms::FolderOutbox, GSM::Sms::SortByDate);
@@ -96,13 +112,9 @@ TEST_F(ComposeEndToEnd, NewMessageIsSentAndReplyAddressesTheSender) {
     tessaly::host::PhoneWindow phone;
     phone.show();
     tessaly::host::HostSession session(&phone);
-    QString error;
-    ASSERT_TRUE(session.start(QStringLiteral(TESSALY_SMS_MODULE_PATH), &error))
-        << error.toStdString();
-    phone.homeScreen()->messagesButton()->click();
-    settle();
-    ASSERT_EQ(windowsOf(IDD_MAIN).size(), 1u);
-    tessaly::Dialog& mainWindow = *windowsOf(IDD_MAIN).front();
+    tessaly::Dialog* opened = openMessages(phone, session);
+    ASSERT_NE(opened, nullptr);
+    tessaly::Dialog& mainWindow = *opened;
 
     // New: the library answers through the host's editMessage with a composer.
     ASSERT_TRUE(testkit::chooseCommand(mainWindow, IDM_MAIN_NEW));
@@ -163,24 +175,98 @@ TEST_F(ComposeEndToEnd, NewMessageIsSentAndReplyAddressesTheSender) {
     EXPECT_TRUE(windowsOf(IDD_COMPOSER).empty()) << "exitModule destroyed the composer";
 }
 
+// Picks an entry by its text, as the person would in the list.
+bool choose(tessaly::Dialog& dialog, int comboId, const QString& entry) {
+    tessaly::ComboBox* box = dialog.comboBox(comboId);
+    return box && testkit::select(dialog, comboId, box->findStringExact(-1, entry));
+}
+
+// A template made in the editor: Tools / Options opens the sheet, the Templates page turns the
+// greeting and signature off and makes a template; the composer then offers it and the sent
+// message has its placeholders filled in.
+TEST_F(ComposeEndToEnd, ATemplateMadeInTheEditorIsOfferedAndExpandedWhenSent) {
+    testkit::ScriptedUser user;
+    tessaly::host::PhoneWindow phone;
+    phone.show();
+    tessaly::host::HostSession session(&phone);
+    tessaly::Dialog* opened = openMessages(phone, session);
+    ASSERT_NE(opened, nullptr);
+    tessaly::Dialog& mainWindow = *opened;
+
+    user.runModal([&](tessaly::Dialog& sheet) {
+            // The fourth tab, after Signature, Sending and Receiving.
+            ASSERT_TRUE(static_cast<tessaly::PropertySheet&>(sheet).setActivePage(3));
+            ASSERT_EQ(windowsOf(IDD_PAGE_TEMPLATES).size(), 1u);
+            tessaly::Dialog* page = windowsOf(IDD_PAGE_TEMPLATES).front();
+            ASSERT_TRUE(testkit::click(*page, IDC_TEMPLATES_INSERT_GREETING));
+            ASSERT_TRUE(testkit::click(*page, IDC_TEMPLATES_INSERT_SIGNATURE));
+            ASSERT_TRUE(testkit::click(*page, IDC_TEMPLATES_NEW));
+            EXPECT_EQ(page->listView(IDC_TEMPLATES_LIST)->itemCount(), 10);
+            EXPECT_TRUE(savePicture(phone, QStringLiteral("phone_templates_page.png")));
+            sheet.sendCommand(IDOK);
+        })
+        .runModal([&](tessaly::Dialog& editor) {
+            ASSERT_TRUE(testkit::type(editor, IDC_EDIT_TEMPLATE_NAME, "Pick up"));
+            ASSERT_TRUE(testkit::type(editor, IDC_EDIT_TEMPLATE_BODY, "See you "));
+            ASSERT_TRUE(choose(editor, IDC_EDIT_TEMPLATE_VARIABLE, "Meet..."));
+            ASSERT_TRUE(testkit::type(editor, IDC_EDIT_TEMPLATE_BODY, " at "));
+            ASSERT_TRUE(choose(editor, IDC_EDIT_TEMPLATE_VARIABLE, "Time"));
+            EXPECT_EQ(editor.itemText(IDC_EDIT_TEMPLATE_BODY), "See you <for lunch> at [Time:Now]");
+            editor.sendCommand(IDOK);
+        })
+        .answerBox(IDOK); // "Do you want to save changes?"
+    ASSERT_TRUE(testkit::chooseCommand(mainWindow, IDM_MAIN_OPTIONS));
+
+    // The composer starts empty (no greeting, no signature) and offers the new template.
+    ASSERT_TRUE(testkit::chooseCommand(mainWindow, IDM_MAIN_NEW));
+    ASSERT_TRUE(settleUntil([] { return !windowsOf(IDD_COMPOSER).empty(); }));
+    tessaly::Dialog& composer = *windowsOf(IDD_COMPOSER).front();
+    EXPECT_EQ(composer.itemText(IDC_COMPOSE_TEXT), QString());
+    tessaly::ComboBox* templates = composer.comboBox(IDC_COMPOSE_TEMPLATES);
+    ASSERT_TRUE(testkit::dropDown(composer, IDC_COMPOSE_TEMPLATES));
+    const int pickUp = templates->findStringExact(-1, QStringLiteral("Pick up"));
+    ASSERT_GE(pickUp, 0);
+    templates->setCurrentIndex(pickUp);
+    ASSERT_TRUE(testkit::closeUp(composer, IDC_COMPOSE_TEMPLATES));
+    emit templates->activated(pickUp);
+    testkit::pumpMessages();
+    EXPECT_EQ(composer.itemText(IDC_COMPOSE_TEXT), "See you <for lunch> at [Time:Now]");
+
+    ASSERT_TRUE(testkit::type(composer, IDC_COMPOSE_TO, QStringLiteral("+447700900555")));
+    const int outboxBefore = GSM::sms.messageCount(GSM::Sms::FolderOutbox);
+    ASSERT_TRUE(testkit::click(composer, IDC_COMPOSE_SEND));
+    EXPECT_TRUE(settleUntil([&] {
+        const GSM::Message* sent = newestOutboxMessage();
+        return GSM::sms.messageCount(GSM::Sms::FolderOutbox) > outboxBefore && sent &&
+               sent->getStatus() == GSM::Message::Sent;
+    }));
+    GSM::Message* sent = newestOutboxMessage();
+    ASSERT_NE(sent, nullptr);
+    const QString sentText = QString::fromUtf16(sent->getText());
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("^See you for lunch at \\d\\d:\\d\\d$"))
+                    .match(sentText)
+                    .hasMatch())
+        << sentText.toStdString();
+    EXPECT_EQ(user.boxes().size(), 1u) << "only the editor's question; SEND asked nothing";
+
+    session.stop();
+}
+
+// The signature written on the options sheet's Signature page ends a new message.
 TEST_F(ComposeEndToEnd, TheSignatureSetInTheOptionsEndsANewMessage) {
     testkit::ScriptedUser user;
     tessaly::host::PhoneWindow phone;
     phone.show();
     tessaly::host::HostSession session(&phone);
-    QString error;
-    ASSERT_TRUE(session.start(QStringLiteral(TESSALY_SMS_MODULE_PATH), &error))
-        << error.toStdString();
-    phone.homeScreen()->messagesButton()->click();
-    settle();
-    ASSERT_EQ(windowsOf(IDD_MAIN).size(), 1u);
-    tessaly::Dialog& mainWindow = *windowsOf(IDD_MAIN).front();
+    tessaly::Dialog* opened = openMessages(phone, session);
+    ASSERT_NE(opened, nullptr);
+    tessaly::Dialog& mainWindow = *opened;
 
-    // Tools / Options: the Signature page comes first.
     user.runModal([&phone](tessaly::Dialog& dialog) {
         auto& sheet = static_cast<tessaly::PropertySheet&>(dialog);
         EXPECT_EQ(sheet.title(), QStringLiteral("Options"));
-        tessaly::Dialog& signature = *sheet.page(0);
+        ASSERT_EQ(sheet.pageCount(), 6);
+        tessaly::Dialog& signature = *sheet.page(0); // the first tab
         EXPECT_TRUE(testkit::type(signature, IDC_SIGNATURE_FIRST_NAME, QStringLiteral("Ada")));
         EXPECT_TRUE(testkit::type(signature, IDC_SIGNATURE_LAST_NAME, QStringLiteral("Lovelace")));
         EXPECT_TRUE(testkit::type(signature, IDC_SIGNATURE_PHONE, QStringLiteral("+442079460018")));

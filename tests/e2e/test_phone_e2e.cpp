@@ -11,13 +11,14 @@
 #include "suite/telephony/events.h"
 #include "suite/telephony/simulator.h"
 #include "suite/telephony/telephony.h"
-#include "tests/module/log_capture.h"
 #include "tests/testkit/scripted_user.h"
+#include "tests/testkit/virtual_clock.h"
 #include "tests/testkit/window_driver.h"
 #include "util/registry_key.h"
 
 #include "framework/time/clock.h"
 
+#include <QComboBox>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -29,7 +30,6 @@
 namespace {
 
 namespace sim = tessaly::telephony::simulator;
-using module_test::LogCapture;
 
 class PhoneEndToEnd : public ::testing::Test {
 protected:
@@ -80,7 +80,6 @@ TEST_F(PhoneEndToEnd, TheHostLoadsTheModuleRoutesEventsToItAndUnloadsIt) {
     tessaly::host::PhoneWindow phone;
     phone.show();
     tessaly::host::HostSession session(&phone);
-    LogCapture log;
 
     QString error;
     ASSERT_TRUE(session.start(QStringLiteral(TESSALY_SMS_MODULE_PATH), &error))
@@ -122,13 +121,25 @@ TEST_F(PhoneEndToEnd, TheHostLoadsTheModuleRoutesEventsToItAndUnloadsIt) {
     EXPECT_EQ(user.modals().front().templateId, IDD_MESSAGE_VIEW);
     EXPECT_EQ(viewed, QString::fromUtf16(GSM::sms.getMessage(newest)->getText()));
 
-    // A message arrives: the library tells the host, the host calls the module.
+    // A message arrives: the library tells the host, the host calls the module, whose
+    // notification pops up over the phone.
     long id = 0;
     ASSERT_TRUE(
         sim::receiveMessage(u"+447700900101", u"Are you there?", std::nullopt, u"", &id).isOk());
     settle();
-    EXPECT_TRUE(log.contains(QStringLiteral("openMessageNotification(%1)").arg(id)));
+    std::vector<tessaly::Dialog*> notifications = windowsOf(IDD_NEW_MESSAGE_NOTIFICATION);
+    ASSERT_EQ(notifications.size(), 1u);
+    EXPECT_TRUE(notifications.front()->isVisible());
+    EXPECT_EQ(notifications.front()->itemText(IDC_NOTIFY_TEXT), QStringLiteral("Are you there?"));
+    EXPECT_EQ(notifications.front()->itemText(IDC_NOTIFY_OTHERS),
+              QStringLiteral("There are 3 other new messages."));
     EXPECT_EQ(phone.homeScreen()->unreadText(), QStringLiteral("4 new messages"));
+    EXPECT_TRUE(savePicture(phone, QStringLiteral("phone_new_message.png")));
+    notifications.front()->sendCommand(IDC_NOTIFY_READ_ALL);
+    settle();
+    EXPECT_TRUE(windowsOf(IDD_NEW_MESSAGE_NOTIFICATION).empty());
+    EXPECT_EQ(phone.homeScreen()->unreadText(), QStringLiteral("3 new messages"))
+        << "closed by the person: read";
 
     // The suite asks for the SMS service: the same main window comes back to the front.
     mainWindow->showWindow(SW_HIDE);
@@ -137,7 +148,8 @@ TEST_F(PhoneEndToEnd, TheHostLoadsTheModuleRoutesEventsToItAndUnloadsIt) {
     EXPECT_EQ(windowsOf(IDD_MAIN), std::vector<tessaly::Dialog*>{mainWindow});
     EXPECT_TRUE(mainWindow->isVisible());
 
-    // Two sends from the Outbox: one goes through, one is refused by the network.
+    // Two sends from the Outbox: one goes through, one is refused by the network. Each
+    // segment shows in the sending notification, the outcome in the completion box.
     long unsent = 0;
     long failed = 0;
     GSM::MessageContainer* outbox =
@@ -148,21 +160,101 @@ TEST_F(PhoneEndToEnd, TheHostLoadsTheModuleRoutesEventsToItAndUnloadsIt) {
         if (outbox->get(i)->getStatus() == GSM::Message::Failed)
             failed = outbox->get(i)->getId();
     }
-    log.clear();
+    user.answerBox(IDOK);
     ASSERT_TRUE(GSM::sms.setMessageStatus(unsent, GSM::Message::SendNow).isOk());
     settle();
-    EXPECT_TRUE(log.contains(QStringLiteral("openSendingNotification(%1, 0, 1, 1)").arg(unsent)));
-    EXPECT_TRUE(log.contains(QStringLiteral("openSendingCompletion(0, single)")));
+    ASSERT_EQ(user.boxes().size(), 1u);
+    EXPECT_EQ(user.boxes().back().text, QStringLiteral("Your message was sent successfully."));
 
-    log.clear();
+    user.answerBox(IDOK);
     sim::failNextSend(GSM::ErrorNetworkRejected, u"Rejected by the network");
     ASSERT_TRUE(GSM::sms.setMessageStatus(failed, GSM::Message::SendNow).isOk());
     settle();
-    EXPECT_TRUE(log.contains(QStringLiteral("openSendingCompletion(520, single)")));
+    ASSERT_EQ(user.boxes().size(), 2u);
+    EXPECT_EQ(user.boxes().back().text, QStringLiteral("Rejected by the network"));
+    EXPECT_TRUE(windowsOf(IDD_SENDING_NOTIFICATION).empty());
 
     session.stop();
     EXPECT_FALSE(session.isRunning());
     EXPECT_TRUE(windowsOf(IDD_MAIN).empty()) << "exitModule destroyed the main window";
+    session.stop();
+}
+
+TEST_F(PhoneEndToEnd, TheSimulatorPanelDrivesEveryNotification) {
+    tessaly::testkit::VirtualClock clock; // the radio's and the windows' timers
+    tessaly::testkit::ScriptedUser user;
+    tessaly::host::PhoneWindow phone;
+    phone.show();
+    tessaly::host::HostSession session(&phone);
+    QString error;
+    ASSERT_TRUE(session.start(QStringLiteral(TESSALY_SMS_MODULE_PATH), &error))
+        << error.toStdString();
+    const auto button = [&phone](const char* name) {
+        return phone.simulator()->findChild<QPushButton*>(QLatin1String(name));
+    };
+    const auto step = [&clock] {
+        clock.advance(1);
+        settle();
+    };
+
+    // An incoming SMS pops the new-message notification.
+    ASSERT_NE(button("receiveSms"), nullptr);
+    button("receiveSms")->click();
+    settle();
+    ASSERT_EQ(windowsOf(IDD_NEW_MESSAGE_NOTIFICATION).size(), 1u);
+    windowsOf(IDD_NEW_MESSAGE_NOTIFICATION).front()->sendCommand(IDOK);
+    settle();
+    EXPECT_EQ(session.idleCount(), 1) << "the last window went: the phone is the host's again";
+
+    // A send from the phone: one notification, a line per segment, then the completion.
+    ASSERT_NE(button("sendMessage"), nullptr);
+    button("sendMessage")->click();
+    settle();
+    step();
+    std::vector<tessaly::Dialog*> sending = windowsOf(IDD_SENDING_NOTIFICATION);
+    ASSERT_EQ(sending.size(), 1u);
+    EXPECT_TRUE(sending.front()->isVisible());
+    EXPECT_EQ(sending.front()->itemText(IDC_SENDING_SEGMENT), QStringLiteral("1 of 2"));
+    EXPECT_EQ(sending.front()->itemText(IDC_SENDING_NAME), QStringLiteral("+447700900102"));
+    EXPECT_TRUE(savePicture(phone, QStringLiteral("phone_sending.png")));
+    step();
+    EXPECT_EQ(windowsOf(IDD_SENDING_NOTIFICATION), sending);
+    EXPECT_EQ(sending.front()->itemText(IDC_SENDING_SEGMENT), QStringLiteral("2 of 2"));
+    user.answerBox(IDOK);
+    step();
+    step();
+    ASSERT_EQ(user.boxes().size(), 1u);
+    EXPECT_EQ(user.boxes().back().text, QStringLiteral("Your message was sent successfully."));
+    EXPECT_TRUE(windowsOf(IDD_SENDING_NOTIFICATION).empty());
+
+    // The same send, told to fail with the network's own words.
+    auto* outcome = phone.simulator()->findChild<QComboBox*>(QStringLiteral("sendOutcome"));
+    ASSERT_NE(outcome, nullptr);
+    outcome->setCurrentIndex(1);
+    user.answerBox(IDOK);
+    button("sendMessage")->click();
+    for (int turn = 0; turn < 3; ++turn)
+        step();
+    ASSERT_EQ(user.boxes().size(), 2u);
+    EXPECT_EQ(user.boxes().back().text, QStringLiteral("The network rejected the message."));
+    EXPECT_EQ(user.boxes().back().icon(), MB_ICONSTOP);
+
+    // Messages on the SIM: the offer to move them.
+    auto* sim = phone.simulator()->findChild<QPushButton*>(QStringLiteral("fillSim"));
+    ASSERT_NE(sim, nullptr);
+    sim->click();
+    settle();
+    ASSERT_EQ(windowsOf(IDD_SIM_TRANSFER).size(), 1u);
+    EXPECT_TRUE(savePicture(phone, QStringLiteral("phone_sim_transfer.png")));
+    tessaly::Dialog* simWindow = windowsOf(IDD_SIM_TRANSFER).front();
+    simWindow->sendCommand(IDC_SIM_YES);
+    user.answerBox(IDOK);
+    for (int turn = 0; turn < 5; ++turn)
+        step();
+    EXPECT_TRUE(windowsOf(IDD_SIM_TRANSFER).empty());
+    EXPECT_EQ(user.boxes().back().text,
+              QStringLiteral("Retrieving SMS messages from your SIM card has been completed."));
+    EXPECT_EQ(session.idleCount(), 2);
     session.stop();
 }
 

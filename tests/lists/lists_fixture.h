@@ -13,6 +13,7 @@
 #include "suite/telephony/host_hooks.h"
 #include "suite/telephony/simulator.h"
 #include "suite/telephony/telephony.h"
+#include "tests/suite/telephony/store_test_support.h"
 #include "tests/testkit/window_test.h"
 
 #include <QCoreApplication>
@@ -38,21 +39,8 @@ public:
     std::vector<tessaly::Dialog*> destroyed;
 };
 
-inline SYSTEMTIME at(int year, int month, int day, int hour = 0, int minute = 0) {
-    SYSTEMTIME time{};
-    time.wYear = WORD(year);
-    time.wMonth = WORD(month);
-    time.wDay = WORD(day);
-    time.wHour = WORD(hour);
-    time.wMinute = WORD(minute);
-    return time;
-}
-
-inline FILETIME fileTime(const SYSTEMTIME& time) {
-    FILETIME result{};
-    SystemTimeToFileTime(&time, &result);
-    return result;
-}
+using telephony_test::at;
+using telephony_test::fileTime;
 
 class ListsWindowTest : public tessaly::testkit::WindowTest {
 protected:
@@ -87,16 +75,7 @@ protected:
         tessaly::setCurrentResources(nullptr);
     }
 
-    // Delivers the library's queued events and the windows' posted messages.
-    void settle() {
-        auto& queue = tessaly::telephony::EventQueue::instance();
-        for (int round = 0; round < 100; ++round) {
-            tessaly::testkit::pumpMessages();
-            queue.deliverAll();
-            if (!queue.hasPending())
-                return;
-        }
-    }
+    static void settle() { telephony_test::settle(); }
 
     tessaly::sms::MainSmsWindow* openMain() {
         tessaly::sms::MainSmsWindow* window = tessaly::sms::MainSmsWindow::open(environment);

@@ -11,7 +11,7 @@
 #include "suite/telephony/host_hooks.h"
 #include "suite/telephony/simulator.h"
 #include "suite/telephony/telephony.h"
-#include "tests/testkit/window_test.h"
+#include "tests/module/module_window_test.h"
 
 #include <vector>
 
@@ -22,36 +22,8 @@ namespace testkit = tessaly::testkit;
 using tessaly::sms::moduleContext;
 
 // The exports with the real list windows, on a telephony store in memory.
-class ModuleWindows : public testkit::WindowTest {
+class ModuleWindows : public module_test::ModuleWindowTest {
 protected:
-    void SetUp() override {
-        WindowTest::SetUp();
-        tessaly::telephony::Options options;
-        options.databasePath = QStringLiteral(":memory:");
-        ASSERT_TRUE(tessaly::telephony::open(options).isOk());
-        tessaly::telephony::HostHooks hooks;
-        hooks.moduleIdle = [this](void* hostIdle) { idleCalls.push_back(hostIdle); };
-        hooks.setActiveService = [](GSM::ServiceId) {};
-        tessaly::telephony::installHostHooks(hooks);
-        moduleContext() = tessaly::sms::ModuleContext();
-        moduleContext().resources = &tessaly::sms::resources();
-        initModule(&hostObject);
-    }
-    void TearDown() override {
-        exitModule();
-        WindowTest::TearDown();
-        settle();
-        moduleContext() = tessaly::sms::ModuleContext();
-        tessaly::telephony::installHostHooks({});
-        tessaly::telephony::close();
-    }
-
-    static void settle() {
-        for (int round = 0; round < 20; ++round) {
-            testkit::pumpMessages();
-            tessaly::telephony::EventQueue::instance().deliverAll();
-        }
-    }
     static int mainWindowCount() {
         int count = 0;
         for (tessaly::Dialog* dialog : tessaly::Dialog::windows())
@@ -68,9 +40,6 @@ protected:
         GSM::MessageContainer* stored = GSM::sms.getMessages(folder, GSM::Sms::SortByDate);
         return stored && stored->size() > 0 ? stored->get(stored->size() - 1)->getId() : 0;
     }
-
-    int hostObject = 0;
-    std::vector<void*> idleCalls;
 };
 
 TEST_F(ModuleWindows, OpenSmsCreatesOneMainWindowAndBringsItBack) {
@@ -164,10 +133,13 @@ TEST_F(ModuleWindows, ToolsOptionsOpensTheSheetAndItsSignatureReachesTheStore) {
     user.runModal([](tessaly::Dialog& sheet) {
         auto& options = static_cast<tessaly::sms::OptionsSheet&>(sheet);
         EXPECT_EQ(options.title(), QStringLiteral("Options"));
-        EXPECT_EQ(options.pageKinds(), (std::vector<tessaly::sms::OptionsPageKind>{
-                                           tessaly::sms::OptionsPageKind::Signature,
-                                           tessaly::sms::OptionsPageKind::Sending,
-                                           tessaly::sms::OptionsPageKind::Receiving}));
+        EXPECT_EQ(
+            options.pageKinds(),
+            (std::vector<tessaly::sms::OptionsPageKind>{
+                tessaly::sms::OptionsPageKind::Signature, tessaly::sms::OptionsPageKind::Sending,
+                tessaly::sms::OptionsPageKind::Receiving, tessaly::sms::OptionsPageKind::Templates,
+                tessaly::sms::OptionsPageKind::Variables,
+                tessaly::sms::OptionsPageKind::CellBroadcast}));
         EXPECT_TRUE(
             testkit::type(*options.page(0), IDC_SIGNATURE_FIRST_NAME, QStringLiteral("Ada")));
         options.sendCommand(IDOK);

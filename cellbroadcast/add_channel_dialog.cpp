@@ -1,0 +1,80 @@
+#include "cellbroadcast/add_channel_dialog.h"
+
+#include "framework/ui/menu.h"
+#include "framework/ui/shell.h"
+#include "resources/resource.h"
+
+namespace tessaly::sms {
+
+AddChannelDialog::AddChannelDialog(Dialog* page)
+    : Dialog(IDD_ADD_CHANNEL, page)
+    , page_(page)
+    , moduleState_(currentModuleState()) {}
+
+AddChannelDialog* AddChannelDialog::open(Dialog* page) {
+    auto* dialog = new AddChannelDialog(page);
+    if (!dialog->create()) {
+        if (Dialog::exists(dialog))
+            delete dialog;
+        return nullptr;
+    }
+    dialog->showWindow(SW_SHOW);
+    return dialog;
+}
+
+QString AddChannelDialog::channelText() const {
+    return itemText(IDC_ADD_CHANNEL_NUMBER);
+}
+
+bool AddChannelDialog::onInitDialog() {
+    const ModuleStateGuard guard(moduleState_);
+    createCommandBar(IDR_MENU_CHANNEL_EDIT);
+    if (QWidget* caption = item(IDC_ADD_CHANNEL_CAPTION)) {
+        QFont bold = caption->font();
+        bold.setBold(true);
+        caption->setFont(bold);
+    }
+    Shell::current().sipPreference(window(), SIP_UP);
+    setFocusItem(IDC_ADD_CHANNEL_NUMBER);
+    return false;
+}
+
+void AddChannelDialog::onCommand(int id) {
+    const ModuleStateGuard guard(moduleState_);
+    Edit* number = edit(IDC_ADD_CHANNEL_NUMBER);
+    switch (id) {
+    case IDM_EDIT_COPY:
+        number->copy();
+        break;
+    case IDM_EDIT_CUT:
+        number->cut();
+        break;
+    case IDM_EDIT_PASTE:
+        number->paste();
+        break;
+    case IDM_EDIT_DELETE:
+        number->setText(QString());
+        break;
+    case IDM_EDIT_SELECT_ALL:
+        number->selectAll();
+        break;
+    default:
+        Dialog::onCommand(id);
+    }
+}
+
+void AddChannelDialog::onOK() {
+    endDialog(IDOK);
+    if (Dialog::exists(page_))
+        page_->postMessage(kChannelEnteredMessage);
+}
+
+void AddChannelDialog::onCancel() {
+    destroyWindow();
+}
+
+void AddChannelDialog::onPostDestroy() {
+    delete this;
+}
+
+} // namespace tessaly::sms
