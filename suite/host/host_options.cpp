@@ -22,6 +22,11 @@ struct Parser {
         QStringLiteral("open-messages"),
         QStringLiteral("Press the Messages button once started (with --screenshot: a picture "
                        "of the SMS main window).")};
+    QCommandLineOption modem{QStringLiteral("modem"),
+                             QStringLiteral("The radio: auto (ModemManager when it reports a "
+                                            "modem, else the simulator), simulator or "
+                                            "modemmanager."),
+                             QStringLiteral("kind"), QStringLiteral("auto")};
     QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")},
                             QStringLiteral("Show this help.")};
 
@@ -30,7 +35,7 @@ struct Parser {
             QStringLiteral("The Tessaly phone with its SMS module and a simulator panel.\n"
                            "Sms.tsm is loaded from beside the program unless TESSALY_MODULE "
                            "names another file."));
-        parser.addOptions({dataDir, demo, screenshot, openMessages, help});
+        parser.addOptions({dataDir, demo, screenshot, openMessages, modem, help});
     }
 };
 
@@ -55,6 +60,17 @@ std::optional<HostOptions> parseHostArguments(const QStringList& arguments, QStr
     options.screenshotPath = p.parser.value(p.screenshot);
     options.openMessages = p.parser.isSet(p.openMessages);
     options.help = p.parser.isSet(p.help);
+    const QString radio = p.parser.value(p.modem);
+    if (radio == QStringLiteral("simulator")) {
+        options.radio = RadioKind::Simulator;
+    } else if (radio == QStringLiteral("modemmanager")) {
+        options.radio = RadioKind::ModemManager;
+    } else if (radio != QStringLiteral("auto")) {
+        if (error)
+            *error =
+                QStringLiteral("--modem is auto, simulator or modemmanager, not %1").arg(radio);
+        return std::nullopt;
+    }
     if (p.parser.isSet(p.dataDir) && options.dataDirectory.isEmpty()) {
         if (error)
             *error = QStringLiteral("--data-dir needs a directory");

@@ -9,12 +9,16 @@
 
 namespace tessaly::host {
 
+// Which radio sends and receives: ModemManager when it reports a modem, else the simulator.
+enum class RadioKind { Auto, Simulator, ModemManager };
+
 struct HostOptions {
     QString dataDirectory;     // empty: the default data directory
     bool demo = false;         // seed demo data into an empty data directory
     QString screenshotPath;    // grab the screen once started, save it there and quit
     bool openMessages = false; // press the Messages button once started
     bool help = false;
+    RadioKind radio = RadioKind::Auto;
 };
 
 // Parses the arguments (the first one is the program). Returns nothing and sets `error` to a

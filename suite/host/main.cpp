@@ -9,8 +9,10 @@
 #include "suite/host/host_options.h"
 #include "suite/host/host_session.h"
 #include "suite/host/phone_window.h"
+#include "suite/host/radio_choice.h"
 #include "suite/host/screenshot.h"
 #include "suite/host/system_language.h"
+#include "suite/telephony/modemmanager_backend.h"
 #include "suite/telephony/telephony.h"
 
 #include <QApplication>
@@ -114,6 +116,16 @@ int main(int argc, char** argv) {
             tessaly::telephony::close();
             return 1;
         }
+        const tessaly::host::RadioChoice radio = tessaly::host::chooseRadio(
+            options->radio, tessaly::telephony::ModemManagerBackend::defaultBus());
+        if (!radio.ok) {
+            fail(radio.error);
+            session.stop();
+            tessaly::telephony::close();
+            return 1;
+        }
+        std::printf("tessaly-phone: radio: %s\n", qPrintable(radio.description));
+        std::fflush(stdout);
         phone.show();
         EndOnClose endOnClose;
         phone.homeScreen()->installEventFilter(&endOnClose);
@@ -134,6 +146,7 @@ int main(int argc, char** argv) {
         }
         status = app.exec();
         session.stop();
+        tessaly::telephony::setRadioBackend(nullptr);
     }
     tessaly::telephony::close();
     return status;

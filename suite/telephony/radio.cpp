@@ -2,6 +2,7 @@
 
 #include "suite/telephony/host_hooks.h"
 #include "suite/telephony/length_info.h"
+#include "suite/telephony/radio_backend.h"
 #include "suite/telephony/ranges.h"
 
 #include <QString>
@@ -103,6 +104,10 @@ void Store::radioStep() {
             finishJob(failure(GSM::ErrorInvalidArgument, text.toStdU16String()));
             continue;
         }
+    }
+    if (RadioBackend* backend = radioBackend()) {
+        backendStep(*backend);
+        return;
     }
     Job& job = *job_;
     if (++job.segment > job.segments) {
@@ -225,6 +230,8 @@ void Store::simStep() {
     }
     message->stored = true;
     insertByDate(message);
+    if (RadioBackend* backend = radioBackend())
+        backend->simMessageStored({sim.from, sim.text, sim.date, {}});
     simMessages_.erase(simMessages_.begin());
     simMessageIds_.erase(simMessageIds_.begin());
     touchMessages();

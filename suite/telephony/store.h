@@ -26,6 +26,7 @@ namespace tessaly::telephony {
 
 class Store;
 class MessageRecord;
+class RadioBackend;
 
 std::u16string toU16(const WCHAR* text);
 GSM::Result failure(long code, std::u16string_view text);
@@ -428,6 +429,10 @@ public:
     bool smsServiceKnown = true;
     GSM::Result setSmsService(int service);
 
+    // Whether the Inbox holds a message from `from` with this text and date (radio_backend.cpp).
+    bool hasReceived(const std::u16string& from, const std::u16string& text,
+                     std::uint64_t ticks) const;
+
     // The simulated radio.
     void queueForSending(long id);
     void failNextSend(long code, const std::u16string& text);
@@ -458,6 +463,7 @@ private:
     void startRadio();
     void radioStep();
     void finishJob(const GSM::Result& result);
+    void backendStep(RadioBackend& backend);
     void simStep();
     void stopTimer(TimerHandle& handle);
     TimerHandle startOneShot(int delayMs, void (Store::*step)());
@@ -501,6 +507,9 @@ private:
     std::optional<GSM::Result> injectedFailure_;
     std::optional<GSM::Result> batchFailure_;
     int batchSent_ = 0;
+    bool backendBusy_ = false;
+    // Expires with the store, so that a radio backend's late answer is ignored.
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
 } // namespace tessaly::telephony

@@ -126,8 +126,9 @@ TEST_F(ComposeEndToEnd, NewMessageIsSentAndReplyAddressesTheSender) {
     settle();
     EXPECT_TRUE(savePicture(phone, QStringLiteral("phone_composer.png")));
 
-    // The demo phone has no signature names: SEND asks once about the empty sender.
-    user.answerBox(IDYES);
+    // The demo phone has no signature names: SEND asks once about the empty sender; the
+    // sending notification then shows the progress and ends in the completion box.
+    user.answerBox(IDYES).answerBox(IDOK);
     const int outboxBefore = GSM::sms.messageCount(GSM::Sms::FolderOutbox);
     ASSERT_TRUE(testkit::click(composer, IDC_COMPOSE_SEND));
     EXPECT_EQ(user.boxes().back().text,
@@ -136,6 +137,8 @@ TEST_F(ComposeEndToEnd, NewMessageIsSentAndReplyAddressesTheSender) {
         const GSM::Message* sent = newestOutboxMessage();
         return sent && sent->getStatus() == GSM::Message::Sent;
     }));
+    EXPECT_TRUE(settleUntil([&user] { return user.boxes().size() == 2; }));
+    EXPECT_EQ(user.boxes().back().text, QStringLiteral("Your message was sent successfully."));
     EXPECT_TRUE(windowsOf(IDD_COMPOSER).empty()) << "the composer closed after the hand-over";
     EXPECT_EQ(GSM::sms.messageCount(GSM::Sms::FolderOutbox), outboxBefore + 1);
     GSM::Message* sent = newestOutboxMessage();
@@ -234,6 +237,7 @@ TEST_F(ComposeEndToEnd, ATemplateMadeInTheEditorIsOfferedAndExpandedWhenSent) {
 
     ASSERT_TRUE(testkit::type(composer, IDC_COMPOSE_TO, QStringLiteral("+447700900555")));
     const int outboxBefore = GSM::sms.messageCount(GSM::Sms::FolderOutbox);
+    user.answerBox(IDOK); // the completion box
     ASSERT_TRUE(testkit::click(composer, IDC_COMPOSE_SEND));
     EXPECT_TRUE(settleUntil([&] {
         const GSM::Message* sent = newestOutboxMessage();
@@ -247,7 +251,9 @@ TEST_F(ComposeEndToEnd, ATemplateMadeInTheEditorIsOfferedAndExpandedWhenSent) {
                     .match(sentText)
                     .hasMatch())
         << sentText.toStdString();
-    EXPECT_EQ(user.boxes().size(), 1u) << "only the editor's question; SEND asked nothing";
+    EXPECT_TRUE(settleUntil([&user] { return user.boxes().size() == 2; }));
+    ASSERT_EQ(user.boxes().size(), 2u) << "the editor's question and the completion box";
+    EXPECT_EQ(user.boxes().back().text, QStringLiteral("Your message was sent successfully."));
 
     session.stop();
 }

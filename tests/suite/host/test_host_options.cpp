@@ -42,3 +42,30 @@ TEST(HostOptions, ArgumentsParseOrSayWhatIsWrong) {
 }
 
 } // namespace
+
+namespace {
+
+TEST(HostOptions, TheRadioIsChosenByName) {
+    using tessaly::host::parseHostArguments;
+    using tessaly::host::RadioKind;
+    const std::pair<QStringList, std::optional<RadioKind>> cases[] = {
+        {{}, RadioKind::Auto},
+        {{"--modem", "auto"}, RadioKind::Auto},
+        {{"--modem=simulator"}, RadioKind::Simulator},
+        {{"--modem", "modemmanager"}, RadioKind::ModemManager},
+        {{"--modem", "ofono"}, std::nullopt},
+        {{"--modem"}, std::nullopt},
+    };
+    for (const auto& [arguments, radio] : cases) {
+        QString error;
+        const auto options =
+            parseHostArguments(QStringList{QStringLiteral("tessaly-phone")} + arguments, &error);
+        ASSERT_EQ(options.has_value(), radio.has_value()) << arguments.join(u' ').toStdString();
+        if (options)
+            EXPECT_EQ(options->radio, *radio);
+        else
+            EXPECT_FALSE(error.isEmpty());
+    }
+}
+
+} // namespace

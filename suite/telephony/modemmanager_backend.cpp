@@ -1,0 +1,327 @@
+#include "suite/telephony/modemmanager_backend.h"
+
+#include "suite/telephony/pdu/pdu.h"
+
+#include "framework/time/clock.h"
+
+#include <QDBusArgument>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+#include <QDateTime>
+#include <QRegularExpression>
+#include <QTimer>
+
+#include <vector>
+
+namespace tessaly::telephony {
+
+namespace {
+
+constexpr auto kService = "org.freedesktop.ModemManager1";
+constexpr auto kRoot = "/org/freedesktop/ModemManager1";
+constexpr auto kModem = "org.freedesktop.ModemManager1.Modem";
+constexpr auto kMessaging = "org.freedesktop.ModemManager1.Modem.Messaging";
+constexpr auto kSms = "org.freedesktop.ModemManager1.Sms";
+constexpr auto kProperties = "org.freedesktop.DBus.Properties";
+
+// ModemManager's enumerations, as its API documents them.
+constexpr int kModemStateDisabled = 3;
+constexpr uint kSmsStateReceiving = 2;
+constexpr uint kSmsStateReceived = 3;
+constexpr uint kSmsPduDeliver = 1;
+constexpr uint kSmsStorageSim = 1;
+constexpr uint kValidityRelative = 1;
+constexpr int kSendTimeoutMs = 120'000;
+constexpr int kDeleteAttempts = 10;
+constexpr int kDeleteRetryMs = 1000;
+
+QString qt(const std::u16string& text) {
+    return QString::fromStdU16String(text);
+}
+
+std::u16string u16(const QVariant& value) {
+    return value.toString().toStdU16String();
+}
+
+GSM::Result modemFailure(const QDBusError& error) {
+    const QString text = error.message().isEmpty() ? error.name() : error.message();
+    return GSM::Result(GSM::ErrorNetworkRejected, text.toStdU16String());
+}
+
+// ModemManager stamps "2026-11-23T18:37:38Z" or "…+01" / "…+01:00"; the store keeps local time.
+FILETIME localFileTime(const QString& stamp) {
+    QString normalized = stamp;
+    if (QRegularExpression(QStringLiteral("[+-]\\d\\d$")).match(normalized).hasMatch())
+        normalized += QStringLiteral(":00");
+    const QDateTime parsed = QDateTime::fromString(normalized, Qt::ISODate);
+    FILETIME fileTime{};
+    if (!parsed.isValid())
+        return fileTime;
+    const QDateTime local = parsed.toLocalTime();
+    SYSTEMTIME system;
+    system.wYear = WORD(local.date().year());
+    system.wMonth = WORD(local.date().month());
+    system.wDay = WORD(local.date().day());
+    system.wDayOfWeek = WORD(local.date().dayOfWeek() % 7);
+    system.wHour = WORD(local.time().hour());
+    system.wMinute = WORD(local.time().minute());
+    system.wSecond = WORD(local.time().second());
+    SystemTimeToFileTime(&system, &fileTime);
+    return fileTime;
+}
+
+IncomingSms incomingFrom(const QVariantMap& properties) {
+    return {u16(properties.value(QStringLiteral("Number"))),
+            u16(properties.value(QStringLiteral("Text"))),
+            localFileTime(properties.value(QStringLiteral("Timestamp")).toString()),
+            u16(properties.value(QStringLiteral("SMSC")))};
+}
+
+bool sameMessage(const IncomingSms& a, const IncomingSms& b) {
+    return a.from == b.from && a.text == b.text &&
+           fileTimeToUInt64(a.date) == fileTimeToUInt64(b.date);
+}
+
+// Calls `then` with the reply of an asynchronous call once it arrives.
+template <class Then> void whenAnswered(const QDBusPendingCall& call, QObject* context, Then then) {
+    auto* watcher = new QDBusPendingCallWatcher(call, context);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context,
+                     [then](QDBusPendingCallWatcher* finished) {
+                         finished->deleteLater();
+                         then(*finished);
+                     });
+}
+
+} // namespace
+
+QDBusConnection ModemManagerBackend::defaultBus() {
+    const QString address = qEnvironmentVariable("TESSALY_MODEMMANAGER_BUS");
+    if (address.isEmpty())
+        return QDBusConnection::systemBus();
+    return QDBusConnection::connectToBus(address, QStringLiteral("tessaly-modemmanager"));
+}
+
+std::shared_ptr<ModemManagerBackend> ModemManagerBackend::find(const QDBusConnection& bus,
+                                                               int timeoutMs) {
+    if (!bus.isConnected())
+        return nullptr;
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        kService, kRoot, QStringLiteral("org.freedesktop.DBus.ObjectManager"),
+        QStringLiteral("GetManagedObjects"));
+    const QDBusMessage reply = bus.call(call, QDBus::Block, timeoutMs);
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+        return nullptr;
+    // a{oa{sa{sv}}}: object path → interface → properties
+    const QDBusArgument objects = reply.arguments().at(0).value<QDBusArgument>();
+    objects.beginMap();
+    while (!objects.atEnd()) {
+        QDBusObjectPath path;
+        QMap<QString, QVariantMap> interfaces;
+        objects.beginMapEntry();
+        objects >> path >> interfaces;
+        objects.endMapEntry();
+        if (!interfaces.contains(kMessaging))
+            continue;
+        const QVariantMap modem = interfaces.value(kModem);
+        const QString name = QStringList{modem.value(QStringLiteral("Manufacturer")).toString(),
+                                         modem.value(QStringLiteral("Model")).toString()}
+                                 .join(u' ')
+                                 .trimmed();
+        return std::shared_ptr<ModemManagerBackend>(
+            new ModemManagerBackend(bus, path.path(), name));
+    }
+    objects.endMap();
+    return nullptr;
+}
+
+ModemManagerBackend::ModemManagerBackend(const QDBusConnection& bus, QString modemPath,
+                                         QString description)
+    : bus_(bus)
+    , modem_(std::move(modemPath))
+    , description_(std::move(description)) {}
+
+std::u16string ModemManagerBackend::description() const {
+    return (QStringLiteral("ModemManager") +
+            (description_.isEmpty() ? QString() : QStringLiteral(": ") + description_))
+        .toStdU16String();
+}
+
+void ModemManagerBackend::start() {
+    bus_.connect(kService, modem_, kMessaging, QStringLiteral("Added"), this,
+                 SLOT(onAdded(QDBusObjectPath, bool)));
+    QDBusMessage state =
+        QDBusMessage::createMethodCall(kService, modem_, kProperties, QStringLiteral("Get"));
+    state << QString::fromLatin1(kModem) << QStringLiteral("State");
+    const QDBusMessage reply = bus_.call(state, QDBus::Block, 5000);
+    const int value = reply.arguments().isEmpty()
+                          ? 0
+                          : reply.arguments().at(0).value<QDBusVariant>().variant().toInt();
+    if (value != kModemStateDisabled) {
+        importExisting();
+        return;
+    }
+    // Messages are listed only once the modem is enabled.
+    QDBusMessage enable =
+        QDBusMessage::createMethodCall(kService, modem_, kModem, QStringLiteral("Enable"));
+    enable << true;
+    whenAnswered(bus_.asyncCall(enable, kSendTimeoutMs), this,
+                 [this](const QDBusPendingCall&) { importExisting(); });
+}
+
+QVariantMap ModemManagerBackend::smsProperties(const QString& path) {
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(kService, path, kProperties, QStringLiteral("GetAll"));
+    call << QString::fromLatin1(kSms);
+    const QDBusMessage reply = bus_.call(call, QDBus::Block, 5000);
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+        return {};
+    return qdbus_cast<QVariantMap>(reply.arguments().at(0));
+}
+
+void ModemManagerBackend::importExisting() {
+    QDBusMessage list =
+        QDBusMessage::createMethodCall(kService, modem_, kMessaging, QStringLiteral("List"));
+    whenAnswered(bus_.asyncCall(list), this, [this](const QDBusPendingCall& call) {
+        QDBusPendingReply<QList<QDBusObjectPath>> reply(call);
+        listed_ = true;
+        if (reply.isError())
+            return;
+        bool simChanged = false;
+        for (const QDBusObjectPath& path : reply.value())
+            simChanged = takeStored(path.path()) || simChanged;
+        if (simChanged)
+            offerSim();
+    });
+}
+
+bool ModemManagerBackend::takeStored(const QString& path) {
+    const QVariantMap properties = smsProperties(path);
+    if (properties.value(QStringLiteral("PduType")).toUInt() != kSmsPduDeliver)
+        return false;
+    if (properties.value(QStringLiteral("Storage")).toUInt() != kSmsStorageSim) {
+        importWhenComplete(path);
+        return false;
+    }
+    if (properties.value(QStringLiteral("State")).toUInt() != kSmsStateReceived ||
+        simCopies_.count(path))
+        return false;
+    simCopies_[path] = incomingFrom(properties);
+    return true;
+}
+
+void ModemManagerBackend::offerSim() {
+    std::vector<IncomingSms> messages;
+    for (const auto& [path, message] : simCopies_)
+        messages.push_back(message);
+    offerSimMessages(messages, int(messages.size()));
+}
+
+void ModemManagerBackend::onAdded(const QDBusObjectPath& path, bool received) {
+    // While the modem is being enabled, ModemManager announces what it reads from the modem's
+    // storage as received too: until the first listing, a message on the SIM is one that was
+    // there before.
+    if (received && listed_)
+        importWhenComplete(path.path());
+    else if (takeStored(path.path()))
+        offerSim();
+}
+
+void ModemManagerBackend::importWhenComplete(const QString& path) {
+    const QVariantMap properties = smsProperties(path);
+    if (properties.value(QStringLiteral("PduType")).toUInt() != kSmsPduDeliver)
+        return;
+    const uint state = properties.value(QStringLiteral("State")).toUInt();
+    if (state == kSmsStateReceiving) {
+        bus_.connect(kService, path, kProperties, QStringLiteral("PropertiesChanged"), this,
+                     SLOT(onSmsPropertiesChanged(QDBusMessage)));
+        return;
+    }
+    if (state != kSmsStateReceived)
+        return;
+    bus_.disconnect(kService, path, kProperties, QStringLiteral("PropertiesChanged"), this,
+                    SLOT(onSmsPropertiesChanged(QDBusMessage)));
+    if (importReceived(incomingFrom(properties)).isOk())
+        deleteSms(path);
+}
+
+void ModemManagerBackend::onSmsPropertiesChanged(const QDBusMessage& message) {
+    importWhenComplete(message.path());
+}
+
+void ModemManagerBackend::deleteSms(const QString& path, int attempt) {
+    QDBusMessage remove =
+        QDBusMessage::createMethodCall(kService, modem_, kMessaging, QStringLiteral("Delete"));
+    remove << QVariant::fromValue(QDBusObjectPath(path));
+    // ModemManager refuses while it is reading another message (its storages are locked); the
+    // copy is tried again a little later, and left for the next start after that.
+    whenAnswered(bus_.asyncCall(remove), this, [this, path, attempt](const QDBusPendingCall& call) {
+        if (call.isError() && attempt < kDeleteAttempts)
+            QTimer::singleShot(kDeleteRetryMs, this,
+                               [this, path, attempt] { deleteSms(path, attempt + 1); });
+    });
+}
+
+void ModemManagerBackend::simMessageStored(const IncomingSms& message) {
+    for (auto it = simCopies_.begin(); it != simCopies_.end(); ++it) {
+        if (sameMessage(it->second, message)) {
+            deleteSms(it->first);
+            simCopies_.erase(it);
+            return;
+        }
+    }
+}
+
+void ModemManagerBackend::send(const OutgoingSms& message, Progress progress, Finished finished) {
+    QVariantMap properties{{QStringLiteral("number"), qt(message.number)},
+                           {QStringLiteral("text"), qt(message.text)}};
+    if (!message.serviceCentre.empty())
+        properties.insert(QStringLiteral("smsc"), qt(message.serviceCentre));
+    if (message.validityCode >= 0 && message.validityCode < 255) {
+        // (uv): the validity type and, for a relative one, its minutes.
+        QDBusArgument validity;
+        validity.beginStructure();
+        validity << kValidityRelative
+                 << QDBusVariant(
+                        uint(pdu::relativeValidityMinutes(std::uint8_t(message.validityCode))));
+        validity.endStructure();
+        properties.insert(QStringLiteral("validity"), QVariant::fromValue(validity));
+    }
+    if (message.statusReport)
+        properties.insert(QStringLiteral("delivery-report-request"), true);
+
+    QDBusMessage create =
+        QDBusMessage::createMethodCall(kService, modem_, kMessaging, QStringLiteral("Create"));
+    create << properties;
+    const int segments = std::max(1, message.segments);
+    whenAnswered(
+        bus_.asyncCall(create), this,
+        [this, progress, finished, segments](const QDBusPendingCall& call) {
+            QDBusPendingReply<QDBusObjectPath> created(call);
+            if (created.isError()) {
+                finished(modemFailure(created.error()));
+                return;
+            }
+            const QString path = created.value().path();
+            // ModemManager reports no progress per part: the first is announced when the
+            // message goes to the modem, the last when the modem has sent it.
+            progress(1, segments);
+            QDBusMessage sendCall =
+                QDBusMessage::createMethodCall(kService, path, kSms, QStringLiteral("Send"));
+            whenAnswered(bus_.asyncCall(sendCall, kSendTimeoutMs), this,
+                         [this, progress, finished, segments, path](const QDBusPendingCall& call) {
+                             const QDBusPendingReply<> sent(call);
+                             // The store keeps the message; the modem's copy goes either way.
+                             deleteSms(path);
+                             if (sent.isError()) {
+                                 finished(modemFailure(sent.error()));
+                                 return;
+                             }
+                             if (segments > 1)
+                                 progress(segments, segments);
+                             finished({});
+                         });
+        });
+}
+
+} // namespace tessaly::telephony

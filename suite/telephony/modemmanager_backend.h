@@ -1,0 +1,63 @@
+#pragma once
+
+// A radio backend over ModemManager's D-Bus API (QtDBus): the first modem that offers
+// messaging sends the store's messages, and what it receives goes into the store. Messages the
+// modem already holds when the backend starts are imported (those on the SIM are offered for
+// the SIM transfer); the modem's copy of a message is deleted only once the store holds it.
+
+#include "suite/telephony/radio_backend.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QObject>
+#include <QString>
+#include <QVariantMap>
+
+#include <map>
+#include <memory>
+
+namespace tessaly::telephony {
+
+class ModemManagerBackend final : public QObject, public RadioBackend {
+    Q_OBJECT
+public:
+    // The first modem with messaging that ModemManager on `bus` reports, or null (no daemon, no
+    // such modem, or no answer within `timeoutMs`).
+    static std::shared_ptr<ModemManagerBackend> find(const QDBusConnection& bus,
+                                                     int timeoutMs = 2000);
+    // The system bus, or the bus at TESSALY_MODEMMANAGER_BUS when that is set.
+    static QDBusConnection defaultBus();
+
+    std::u16string description() const override;
+    void send(const OutgoingSms& message, Progress progress, Finished finished) override;
+    void simMessageStored(const IncomingSms& message) override;
+
+    // Enables the modem when it is disabled, imports what it holds and follows new messages.
+    void start();
+    QString modemPath() const { return modem_; }
+
+private Q_SLOTS:
+    void onAdded(const QDBusObjectPath& path, bool received);
+    void onSmsPropertiesChanged(const QDBusMessage& message);
+
+private:
+    ModemManagerBackend(const QDBusConnection& bus, QString modemPath, QString description);
+    void importExisting();
+    // A message the modem held before: one on the SIM is kept for the SIM transfer (answers
+    // whether it was new), any other is imported.
+    bool takeStored(const QString& path);
+    void offerSim();
+    // Imports a received message once it is complete, then deletes the modem's copy.
+    void importWhenComplete(const QString& path);
+    void deleteSms(const QString& path, int attempt = 1);
+    QVariantMap smsProperties(const QString& path);
+
+    QDBusConnection bus_;
+    QString modem_;
+    QString description_;
+    std::map<QString, IncomingSms> simCopies_; // modem path → message offered for the transfer
+    bool listed_ = false;                      // the messages held at start have been listed
+};
+
+} // namespace tessaly::telephony

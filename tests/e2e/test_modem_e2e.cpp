@@ -1,0 +1,318 @@
+// The phone against a real ModemManager: a private D-Bus bus, the daemon in its test mode, and
+// the project's modem emulator as the modem (ModemManager's test profile connects to the
+// emulator's unix socket). Skipped when ModemManager or dbus-daemon is not installed.
+
+#include "framework/ui/dialog.h"
+#include "resources/resource.h"
+#include "suite/host/host_session.h"
+#include "suite/host/phone_window.h"
+#include "suite/host/radio_choice.h"
+#include "suite/host/screenshot.h"
+#include "suite/host/system_language.h"
+#include "suite/modem-emulator/emulated_modem.h"
+#include "suite/modem-emulator/ports.h"
+#include "suite/telephony/events.h"
+#include "suite/telephony/modemmanager_backend.h"
+#include "suite/telephony/telephony.h"
+#include "tests/testkit/scripted_user.h"
+#include "tests/testkit/window_driver.h"
+
+#include "framework/datadir.h"
+
+#include <QCoreApplication>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QPushButton>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QThread>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+namespace modem = tessaly::modem;
+namespace pdu = tessaly::pdu;
+namespace telephony = tessaly::telephony;
+namespace testkit = tessaly::testkit;
+
+constexpr auto kService = "org.freedesktop.ModemManager1";
+constexpr int kModemStateDisabled = 3;
+constexpr int kModemStateRegistered = 8;
+constexpr int kWaitMs = 90'000;
+
+QString findProgram(const QString& name) {
+    return QStandardPaths::findExecutable(
+        name, {QStringLiteral("/usr/sbin"), QStringLiteral("/usr/bin"), QStringLiteral("/sbin"),
+               QStringLiteral("/usr/local/sbin"), QStringLiteral("/usr/local/bin")});
+}
+
+// Runs the event loop (and the telephony library's queue) until `done` or the time is up.
+template <class Condition> bool waitFor(Condition done, int timeoutMs = kWaitMs) {
+    QElapsedTimer timer;
+    timer.start();
+    while (!done()) {
+        if (timer.elapsed() > timeoutMs)
+            return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        telephony::EventQueue::instance().deliverAll();
+        QThread::msleep(5);
+    }
+    return true;
+}
+
+class ModemEndToEnd : public ::testing::Test {
+protected:
+    void SetUp() override {
+        const QString modemManager = findProgram(QStringLiteral("ModemManager"));
+        const QString dbusDaemon = findProgram(QStringLiteral("dbus-daemon"));
+        if (modemManager.isEmpty() || dbusDaemon.isEmpty())
+            GTEST_SKIP() << "ModemManager or dbus-daemon is not installed (tools/install-deps "
+                            "installs the Debian packages modemmanager and dbus-daemon)";
+        ASSERT_TRUE(work_.isValid());
+        tessaly::setDataDirectory(work_.filePath(QStringLiteral("data")));
+        ASSERT_TRUE(tessaly::host::recordSystemLanguage(QStringLiteral("en_GB.UTF-8")));
+        telephony::Options options;
+        options.segmentDelayMs = 0;
+        options.simTransferDelayMs = 0;
+        ASSERT_TRUE(telephony::open(options).isOk());
+
+        // A private bus, so that nothing of the machine's own buses is touched.
+        bus_.setProgram(dbusDaemon);
+        bus_.setArguments({QStringLiteral("--session"), QStringLiteral("--nofork"),
+                           QStringLiteral("--nopidfile"), QStringLiteral("--print-address=1")});
+        bus_.start();
+        ASSERT_TRUE(bus_.waitForReadyRead(20'000)) << "dbus-daemon did not start";
+        busAddress_ = QString::fromLocal8Bit(bus_.readLine()).trimmed();
+        ASSERT_FALSE(busAddress_.isEmpty());
+        connection_ = std::make_unique<QDBusConnection>(
+            QDBusConnection::connectToBus(busAddress_, QStringLiteral("modem-e2e")));
+        ASSERT_TRUE(connection_->isConnected());
+
+        // The emulated modem on a unix socket in this test's folder.
+        socketPath_ = work_.filePath(QStringLiteral("modem.sock"));
+        emulated_ = std::make_unique<modem::EmulatedModem>(
+            [this](std::string_view bytes) { port_.send(bytes); });
+        port_.onReceive = [this](std::string_view bytes) { emulated_->receive(bytes); };
+        ASSERT_TRUE(port_.listen(socketPath_)) << port_.errorString().toStdString();
+        QObject::connect(&ticks_, &QTimer::timeout, [this] { emulated_->tick(); });
+        ticks_.start(300);
+
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), busAddress_);
+        modemManager_.setProcessEnvironment(environment);
+        // Its debug log goes to a file, printed when the test fails.
+        modemManager_.setStandardOutputFile(QProcess::nullDevice());
+        modemManager_.setStandardErrorFile(QProcess::nullDevice());
+        modemManager_.setProgram(modemManager);
+        modemManager_.setArguments(
+            {QStringLiteral("--test-session"), QStringLiteral("--test-enable"),
+             QStringLiteral("--test-no-udev"), QStringLiteral("--no-auto-scan"),
+             QStringLiteral("--log-level=DEBUG"),
+             QStringLiteral("--log-file=") + work_.filePath(QStringLiteral("modemmanager.log"))});
+        modemManager_.start();
+        ASSERT_TRUE(modemManager_.waitForStarted(10'000));
+        ASSERT_TRUE(waitFor([this] {
+            return connection_->interface()->isServiceRegistered(kService).value();
+        })) << "ModemManager did not appear on the bus";
+    }
+
+    void TearDown() override {
+        telephony::setRadioBackend(nullptr);
+        if (HasFailure())
+            printModemManagerLog();
+        ticks_.stop();
+        for (QProcess* process : {&modemManager_, &bus_}) {
+            if (process->state() == QProcess::NotRunning)
+                continue;
+            process->terminate();
+            if (!process->waitForFinished(5000))
+                process->kill();
+            process->waitForFinished(2000);
+        }
+        if (connection_)
+            QDBusConnection::disconnectFromBus(QStringLiteral("modem-e2e"));
+        telephony::close();
+        tessaly::setDataDirectory(QString());
+    }
+
+    // What ModemManager's plugin tests do: a virtual device whose AT port is a unix socket.
+    void createModem() {
+        QDBusMessage setProfile = QDBusMessage::createMethodCall(
+            kService, QStringLiteral("/org/freedesktop/ModemManager1"),
+            QStringLiteral("org.freedesktop.ModemManager1.Test"), QStringLiteral("SetProfile"));
+        setProfile << QStringLiteral("tessaly") << QStringLiteral("generic")
+                   << QStringList{socketPath_};
+        const QDBusMessage reply = connection_->call(setProfile);
+        ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
+        // The probe ends with the modem disabled; the backend enables it.
+        ASSERT_TRUE(waitFor([this] {
+            const auto found = telephony::ModemManagerBackend::find(*connection_);
+            return found && modemState(found->modemPath()) >= kModemStateDisabled;
+        })) << "ModemManager never finished probing the emulator";
+    }
+
+    int modemState(const QString& path) const {
+        QDBusMessage get = QDBusMessage::createMethodCall(
+            kService, path, QStringLiteral("org.freedesktop.DBus.Properties"),
+            QStringLiteral("Get"));
+        get << QStringLiteral("org.freedesktop.ModemManager1.Modem") << QStringLiteral("State");
+        const QDBusMessage reply = connection_->call(get);
+        return reply.arguments().isEmpty()
+                   ? 0
+                   : reply.arguments().at(0).value<QDBusVariant>().variant().toInt();
+    }
+
+    void printModemManagerLog() const {
+        QFile log(work_.filePath(QStringLiteral("modemmanager.log")));
+        if (!log.open(QIODevice::ReadOnly))
+            return;
+        const QList<QByteArray> lines = log.readAll().split('\n');
+        std::fprintf(stderr, "---- the last lines of ModemManager's log\n");
+        for (qsizetype i = std::max<qsizetype>(0, lines.size() - 60); i < lines.size(); ++i)
+            std::fprintf(stderr, "%s\n", lines[i].constData());
+        std::fprintf(stderr, "---- commands the emulator did not know: %zu\n",
+                     emulated_ ? emulated_->unknownCommands().size() : 0);
+    }
+
+    static std::vector<tessaly::Dialog*> windowsOf(int templateId) {
+        std::vector<tessaly::Dialog*> found;
+        for (tessaly::Dialog* dialog : tessaly::Dialog::windows())
+            if (dialog->templateId() == templateId && dialog->isWindow())
+                found.push_back(dialog);
+        return found;
+    }
+
+    static std::vector<std::u16string> inboxTexts() {
+        std::vector<std::u16string> texts;
+        GSM::MessageContainer* inbox =
+            GSM::sms.getMessages(GSM::Sms::FolderInbox, GSM::Sms::SortByDate);
+        for (int i = 0; inbox && i < inbox->size(); ++i)
+            texts.emplace_back(inbox->get(i)->getText());
+        return texts;
+    }
+    static bool inboxHas(const std::u16string& text) {
+        const std::vector<std::u16string> texts = inboxTexts();
+        return std::find(texts.begin(), texts.end(), text) != texts.end();
+    }
+
+    static GSM::Message* queue(const std::u16string& to, const std::u16string& text) {
+        GSM::Message* message = GSM::Message::make();
+        message->getContacts()->add(to.c_str(), 0);
+        message->setText(text.c_str());
+        message->setValidityPeriod(GSM::Message::OneDay);
+        EXPECT_TRUE(message->endEdit(false).isOk());
+        return message;
+    }
+
+    QTemporaryDir work_;
+    QProcess bus_;
+    QProcess modemManager_;
+    QString busAddress_;
+    QString socketPath_;
+    std::unique_ptr<QDBusConnection> connection_;
+    modem::UnixSocketPort port_;
+    std::unique_ptr<modem::EmulatedModem> emulated_;
+    QTimer ticks_;
+};
+
+TEST_F(ModemEndToEnd, SendsAndReceivesThroughModemManager) {
+    // A message waits on the SIM before anything starts.
+    pdu::Deliver onSim;
+    onSim.originator = pdu::Address::fromText(u"+447700900555");
+    onSim.serviceCentreTime = {2026, 1, 2, 3, 4, 5, 0};
+    onSim.userData.text = u"Left on the SIM";
+    ASSERT_TRUE(emulated_->store(onSim, true));
+    createModem();
+
+    testkit::ScriptedUser user;
+    tessaly::host::PhoneWindow phone;
+    phone.show();
+    tessaly::host::HostSession session(&phone);
+    QString error;
+    ASSERT_TRUE(session.start(QStringLiteral(TESSALY_SMS_MODULE_PATH), &error))
+        << error.toStdString();
+
+    const tessaly::host::RadioChoice radio =
+        tessaly::host::chooseRadio(tessaly::host::RadioKind::ModemManager, *connection_);
+    ASSERT_TRUE(radio.ok) << radio.error.toStdString();
+    EXPECT_EQ(radio.description, QStringLiteral("ModemManager: Tessaly Emulated GSM modem"));
+    auto* backend = static_cast<telephony::ModemManagerBackend*>(telephony::radioBackend());
+    ASSERT_TRUE(waitFor([&] { return modemState(backend->modemPath()) >= kModemStateRegistered; }))
+        << "the backend did not enable the modem";
+
+    // The SIM transfer: offered, moved into the store, and only then gone from the modem.
+    ASSERT_TRUE(waitFor([] { return !windowsOf(IDD_SIM_TRANSFER).empty(); }))
+        << "the SIM message was not offered";
+    user.answerBox(IDOK);
+    windowsOf(IDD_SIM_TRANSFER).front()->sendCommand(IDC_SIM_YES);
+    EXPECT_TRUE(waitFor([] { return inboxHas(u"Left on the SIM"); }));
+    EXPECT_TRUE(waitFor([&] { return emulated_->storedCount("SM") == 0; }))
+        << "the modem's copy of the SIM message was not deleted";
+    EXPECT_TRUE(waitFor([&] { return user.boxes().size() == 1; }));
+
+    // SEND from the composer: the message reaches the emulator as a correct SUBMIT.
+    phone.homeScreen()->messagesButton()->click();
+    ASSERT_TRUE(waitFor([] { return !windowsOf(IDD_MAIN).empty(); }));
+    ASSERT_TRUE(testkit::chooseCommand(*windowsOf(IDD_MAIN).front(), IDM_MAIN_NEW));
+    ASSERT_TRUE(waitFor([] { return !windowsOf(IDD_COMPOSER).empty(); }));
+    tessaly::Dialog& composer = *windowsOf(IDD_COMPOSER).front();
+    ASSERT_TRUE(testkit::type(composer, IDC_COMPOSE_TO, QStringLiteral("+447700900123")));
+    ASSERT_TRUE(
+        testkit::type(composer, IDC_COMPOSE_TEXT, QStringLiteral("Hello from Tessaly {€} ✓")));
+    user.answerBox(IDYES); // the sender information is empty: send anyway
+    user.answerBox(IDOK);  // sent
+    ASSERT_TRUE(testkit::click(composer, IDC_COMPOSE_SEND));
+    ASSERT_TRUE(waitFor([&] { return emulated_->sent().size() == 1; }))
+        << "nothing reached the modem";
+    const pdu::Submit& submit = emulated_->sent()[0].submit;
+    EXPECT_EQ(submit.destination.text(), u"+447700900123");
+    // The composer framed the typed text with its greeting and closing.
+    GSM::MessageContainer* outbox =
+        GSM::sms.getMessages(GSM::Sms::FolderOutbox, GSM::Sms::SortByDate);
+    ASSERT_TRUE(outbox && outbox->size() > 0);
+    EXPECT_EQ(submit.userData.text, std::u16string(outbox->get(outbox->size() - 1)->getText()));
+    EXPECT_NE(submit.userData.text.find(u"Hello from Tessaly {€} ✓"), std::u16string::npos);
+    EXPECT_EQ(submit.userData.alphabet, pdu::Alphabet::Ucs2);
+    ASSERT_TRUE(waitFor([&] { return user.boxes().size() == 3; }));
+    EXPECT_EQ(user.boxes().back().text, QStringLiteral("Your message was sent successfully."));
+
+    // A send the network refuses ends Failed, and the completion shows the modem's words.
+    emulated_->failNextSend(38);
+    user.answerBox(IDOK);
+    GSM::Message* refused = queue(u"+447700900124", u"This one is refused");
+    ASSERT_TRUE(waitFor([&] { return refused->getStatus() == GSM::Message::Failed; }));
+    ASSERT_TRUE(waitFor([&] { return user.boxes().size() == 4; }));
+    EXPECT_FALSE(user.boxes().back().text.isEmpty());
+    EXPECT_NE(user.boxes().back().text, QStringLiteral("Your message was sent successfully."));
+    std::printf("the modem's refusal as the completion shows it: %s\n",
+                qPrintable(user.boxes().back().text));
+
+    // RECEIVE: messages injected at the emulator land in the Inbox with the new-message
+    // notification, a long one reassembled, and the modem's copies are deleted.
+    const std::u16string longText(200, u'z');
+    emulated_->deliverText(u"+447700900777", u"Reply from the network 😀",
+                           {2026, 11, 23, 18, 0, 0, 0});
+    emulated_->deliverText(u"Bank", longText, {2026, 11, 23, 18, 1, 0, 0});
+    ASSERT_TRUE(waitFor([&] {
+        return inboxHas(u"Reply from the network 😀") && inboxHas(longText);
+    })) << "the received messages did not reach the Inbox";
+    ASSERT_TRUE(waitFor([] { return !windowsOf(IDD_NEW_MESSAGE_NOTIFICATION).empty(); }));
+    EXPECT_TRUE(waitFor([&] { return emulated_->storedCount("ME") == 0; }))
+        << "the modem's copies of received messages were not deleted";
+    EXPECT_EQ(phone.homeScreen()->unreadText(), QStringLiteral("2 new messages"));
+    waitFor([] { return false; }, 300);
+    const QString picture = testkit::testOutputPath(QStringLiteral("modem_new_message.png"));
+    QDir().mkpath(QFileInfo(picture).absolutePath());
+    EXPECT_TRUE(tessaly::host::grabPhone(phone).save(picture));
+    session.stop();
+}
+
+} // namespace

@@ -1,0 +1,129 @@
+#include "telephony_fixture.h"
+
+#include "suite/telephony/radio_backend.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace telephony_test;
+namespace telephony = tessaly::telephony;
+
+// Records what the store hands it; the test answers.
+class FakeBackend final : public telephony::RadioBackend {
+public:
+    std::u16string description() const override { return u"fake modem"; }
+    void send(const telephony::OutgoingSms& message, Progress progress,
+              Finished finished) override {
+        sent.push_back(message);
+        pending.emplace_back(std::move(progress), std::move(finished));
+    }
+    void simMessageStored(const telephony::IncomingSms& message) override {
+        simStored.push_back(message.text);
+    }
+    void answer(const GSM::Result& result) {
+        auto [progress, finished] = std::move(pending.front());
+        pending.erase(pending.begin());
+        progress(1, 1);
+        finished(result);
+    }
+
+    std::vector<telephony::OutgoingSms> sent;
+    std::vector<std::pair<Progress, Finished>> pending;
+    std::vector<std::u16string> simStored;
+};
+
+class RadioBackendTest : public TelephonyTest {
+protected:
+    void SetUp() override {
+        TelephonyTest::SetUp();
+        telephony::setRadioBackend(backend);
+    }
+    void TearDown() override {
+        telephony::setRadioBackend(nullptr);
+        TelephonyTest::TearDown();
+    }
+    long queue(std::vector<std::u16string> recipients, std::u16string text) {
+        GSM::Message* message = GSM::Message::make();
+        for (const std::u16string& number : recipients)
+            message->getContacts()->add(number.c_str(), 0);
+        message->setText(text.c_str());
+        message->setValidityPeriod(GSM::Message::OneDay);
+        EXPECT_TRUE(message->endEdit(false).isOk());
+        return message->getId();
+    }
+
+    std::shared_ptr<FakeBackend> backend = std::make_shared<FakeBackend>();
+};
+
+TEST_F(RadioBackendTest, SendsRecipientByRecipientAndWaitsForEachAnswer) {
+    EXPECT_EQ(telephony::radioDescription(), u"fake modem");
+    const long id = queue({u"+4917011", u"+4917022"}, u"hello");
+    settle();
+    ASSERT_EQ(backend->sent.size(), 1u) << "one recipient at a time";
+    EXPECT_EQ(backend->sent[0].number, u"+4917011");
+    EXPECT_EQ(backend->sent[0].text, u"hello");
+    EXPECT_EQ(backend->sent[0].validityCode, 167);
+    EXPECT_EQ(GSM::sms.getMessage(id)->getStatus(), GSM::Message::SendNow);
+    backend->answer({});
+    settle();
+    ASSERT_EQ(backend->sent.size(), 2u);
+    EXPECT_EQ(backend->sent[1].recipient, 1);
+    backend->answer({});
+    settle();
+    EXPECT_EQ(GSM::sms.getMessage(id)->getStatus(), GSM::Message::Sent);
+    EXPECT_EQ(progress, (std::vector<Progress>{{id, 0, 1, 1}, {id, 1, 1, 1}}));
+    ASSERT_EQ(completions.size(), 1u);
+    EXPECT_TRUE(completions[0].first.isOk());
+    EXPECT_TRUE(completions[0].second) << "two recipients";
+}
+
+TEST_F(RadioBackendTest, AModemFailureEndsTheMessageWithTheModemsWords) {
+    const long id = queue({u"+4917011", u"+4917022"}, u"hello");
+    settle();
+    backend->answer(GSM::Result(GSM::ErrorNetworkRejected, u"Message rejected by the network"));
+    settle();
+    EXPECT_EQ(backend->sent.size(), 1u) << "the second recipient is not tried";
+    EXPECT_EQ(GSM::sms.getMessage(id)->getStatus(), GSM::Message::Failed);
+    ASSERT_EQ(completions.size(), 1u);
+    EXPECT_EQ(completions[0].first.errorCode(), GSM::ErrorNetworkRejected);
+    EXPECT_EQ(text(completions[0].first.getErrorMessage()), u"Message rejected by the network");
+}
+
+TEST_F(RadioBackendTest, ALateAnswerAfterTheStoreClosedIsIgnored) {
+    queue({u"+4917011"}, u"hello");
+    settle();
+    tessaly::telephony::close();
+    openStore(QStringLiteral(":memory:"));
+    backend->answer({});
+    settle();
+    EXPECT_TRUE(completions.empty());
+}
+
+TEST_F(RadioBackendTest, ImportingTheSameMessageTwiceStoresItOnce) {
+    const telephony::IncomingSms message{u"+4915112345", u"Hi", daysAgo(clock, 1), u"+49171"};
+    ASSERT_TRUE(telephony::importReceived(message).isOk());
+    ASSERT_TRUE(telephony::importReceived(message).isOk());
+    telephony::IncomingSms other = message;
+    other.text = u"Hi!";
+    ASSERT_TRUE(telephony::importReceived(other).isOk());
+    settle();
+    EXPECT_EQ(GSM::sms.messageCount(GSM::Sms::FolderInbox), 2);
+    EXPECT_EQ(notified.size(), 2u);
+}
+
+TEST_F(RadioBackendTest, SimMessagesAlreadyStoredAreNotOfferedAgain) {
+    const telephony::IncomingSms stored{u"+4915112345", u"old", daysAgo(clock, 3), u""};
+    const telephony::IncomingSms fresh{u"+4915112345", u"new", daysAgo(clock, 2), u""};
+    ASSERT_TRUE(telephony::importReceived(stored).isOk());
+    ASSERT_TRUE(telephony::offerSimMessages({stored, fresh}, 10).isOk());
+    settle();
+    EXPECT_EQ(backend->simStored, std::vector<std::u16string>{u"old"}) << "the copy may go";
+    EXPECT_EQ(simCalls, (std::vector<std::pair<int, int>>{{1, 10}}));
+    ASSERT_TRUE(GSM::sms.moveSimMessages().isOk());
+    settle();
+    EXPECT_EQ(backend->simStored, (std::vector<std::u16string>{u"old", u"new"}));
+    EXPECT_EQ(GSM::sms.messageCount(GSM::Sms::FolderInbox), 2);
+}
+
+} // namespace
