@@ -288,8 +288,13 @@ TEST_F(ComposeEndToEnd, TheSignatureSetInTheOptionsEndsANewMessage) {
     tessaly::Dialog& composer = *windowsOf(IDD_COMPOSER).front();
     ASSERT_TRUE(testkit::type(composer, IDC_COMPOSE_TO, QStringLiteral("+447700900555")));
     ASSERT_TRUE(testkit::type(composer, IDC_COMPOSE_TEXT, QStringLiteral("See you")));
-    ASSERT_TRUE(testkit::click(composer, IDC_COMPOSE_SEND)); // no question: the sender is known
-    ASSERT_TRUE(settleUntil([] { return newestOutboxMessage() != nullptr; }));
+    // No question about the sender, who is known now; only the completion box.
+    user.answerBox(IDOK);
+    ASSERT_TRUE(testkit::click(composer, IDC_COMPOSE_SEND));
+    EXPECT_TRUE(settleUntil([&user] { return user.boxes().size() == 1; }));
+    ASSERT_EQ(user.boxes().size(), 1u);
+    EXPECT_EQ(user.boxes().back().text, QStringLiteral("Your message was sent successfully."));
+    ASSERT_NE(newestOutboxMessage(), nullptr);
     const QString sentText = QString::fromUtf16(newestOutboxMessage()->getText());
     EXPECT_TRUE(sentText.contains(QStringLiteral("Ada Lovelace"))) << sentText.toStdString();
     session.stop();
