@@ -119,6 +119,8 @@ TEST_F(ShellTest, ANewSoundCutsOffTheOneStillPlaying) {
     EXPECT_TRUE(QFile::exists(second));                    // one playing goes on
     qputenv("PATH", path);
     ::kill(pid_t(players().back().toLongLong()), SIGKILL);
+    EXPECT_TRUE(waitFor([&] { return !QFile::exists(second); }));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 TEST_F(ShellTest, AboutDialogIsShownToThePerson) {
