@@ -5,6 +5,7 @@
 // for the reply, status report). Its command bar opens the service-centre directory.
 
 #include "module/telephony/device.h"
+#include "module/telephony/message.h"
 #include "module/telephony/preferences.h"
 #include "resources/resource.h"
 #include "settings/options_page.h"
@@ -21,11 +22,11 @@ struct ValidityChoice {
     int code;
 };
 inline constexpr std::array<ValidityChoice, 5> kValidityChoices = {{
-    {IDS_VALIDITY_1_HOUR, 11},
-    {IDS_VALIDITY_6_HOURS, 71},
-    {IDS_VALIDITY_1_DAY, 167},
-    {IDS_VALIDITY_1_WEEK, 175},
-    {IDS_VALIDITY_MAXIMUM, 255},
+    {IDS_VALIDITY_1_HOUR, GSM::Message::OneHour},
+    {IDS_VALIDITY_6_HOURS, GSM::Message::SixHours},
+    {IDS_VALIDITY_1_DAY, GSM::Message::OneDay},
+    {IDS_VALIDITY_1_WEEK, GSM::Message::OneWeek},
+    {IDS_VALIDITY_MAXIMUM, GSM::Message::Maximum},
 }};
 
 // The combo index showing a stored code; a code outside the table shows the first choice.

@@ -71,6 +71,11 @@ bool Shell::playSound(const QString& name) {
                 player_->kill();
             player_ = new QProcess(QCoreApplication::instance());
             QObject::connect(player_, &QProcess::finished, player_, &QObject::deleteLater);
+            QObject::connect(player_, &QProcess::errorOccurred, player_,
+                             [player = player_.data()](QProcess::ProcessError error) {
+                                 if (error == QProcess::FailedToStart)
+                                     player->deleteLater();
+                             });
             player_->start(player, {path});
         }
     }

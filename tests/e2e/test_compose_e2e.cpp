@@ -258,4 +258,46 @@ TEST_F(ComposeEndToEnd, ATemplateMadeInTheEditorIsOfferedAndExpandedWhenSent) {
     session.stop();
 }
 
+// The signature written on the options sheet's Signature page ends a new message.
+TEST_F(ComposeEndToEnd, TheSignatureSetInTheOptionsEndsANewMessage) {
+    testkit::ScriptedUser user;
+    tessaly::host::PhoneWindow phone;
+    phone.show();
+    tessaly::host::HostSession session(&phone);
+    tessaly::Dialog* opened = openMessages(phone, session);
+    ASSERT_NE(opened, nullptr);
+    tessaly::Dialog& mainWindow = *opened;
+
+    user.runModal([&phone](tessaly::Dialog& dialog) {
+        auto& sheet = static_cast<tessaly::PropertySheet&>(dialog);
+        EXPECT_EQ(sheet.title(), QStringLiteral("Options"));
+        ASSERT_EQ(sheet.pageCount(), 6);
+        tessaly::Dialog& signature = *sheet.page(0); // the first tab
+        EXPECT_TRUE(testkit::type(signature, IDC_SIGNATURE_FIRST_NAME, QStringLiteral("Ada")));
+        EXPECT_TRUE(testkit::type(signature, IDC_SIGNATURE_LAST_NAME, QStringLiteral("Lovelace")));
+        EXPECT_TRUE(testkit::type(signature, IDC_SIGNATURE_PHONE, QStringLiteral("+442079460018")));
+        settle();
+        EXPECT_TRUE(savePicture(phone, QStringLiteral("phone_options.png")));
+        sheet.sendCommand(IDOK);
+    });
+    ASSERT_TRUE(testkit::chooseCommand(mainWindow, IDM_MAIN_OPTIONS));
+    settle();
+
+    ASSERT_TRUE(testkit::chooseCommand(mainWindow, IDM_MAIN_NEW));
+    ASSERT_TRUE(settleUntil([] { return !windowsOf(IDD_COMPOSER).empty(); }));
+    tessaly::Dialog& composer = *windowsOf(IDD_COMPOSER).front();
+    ASSERT_TRUE(testkit::type(composer, IDC_COMPOSE_TO, QStringLiteral("+447700900555")));
+    ASSERT_TRUE(testkit::type(composer, IDC_COMPOSE_TEXT, QStringLiteral("See you")));
+    // No question about the sender, who is known now; only the completion box.
+    user.answerBox(IDOK);
+    ASSERT_TRUE(testkit::click(composer, IDC_COMPOSE_SEND));
+    EXPECT_TRUE(settleUntil([&user] { return user.boxes().size() == 1; }));
+    ASSERT_EQ(user.boxes().size(), 1u);
+    EXPECT_EQ(user.boxes().back().text, QStringLiteral("Your message was sent successfully."));
+    ASSERT_NE(newestOutboxMessage(), nullptr);
+    const QString sentText = QString::fromUtf16(newestOutboxMessage()->getText());
+    EXPECT_TRUE(sentText.contains(QStringLiteral("Ada Lovelace"))) << sentText.toStdString();
+    session.stop();
+}
+
 } // namespace

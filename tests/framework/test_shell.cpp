@@ -5,8 +5,14 @@
 
 #include "framework/resources/resources.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
+#include <QTemporaryDir>
+
+#include <csignal>
+#include <functional>
 
 using namespace tessaly;
 using namespace tessaly::testdata;
@@ -58,11 +64,63 @@ TEST_F(ShellTest, SoundsAreFoundAndPlayedFromTheSoundsFolder) {
     EXPECT_FALSE(shell.playSound(QStringLiteral("missing.wav")));
     EXPECT_FALSE(shell.playSound(QStringLiteral("folder.wav")));
     EXPECT_TRUE(shell.playSound(folder + QStringLiteral("/Ring.wav")));
-    EXPECT_EQ(shell.soundsPlayed(), (QStringList{folder + "/beep.wav", folder + "/Ring.wav"}));
+    EXPECT_TRUE(shell.playSound(QStringLiteral("ring.WAV"))); // names ignore case, as on the phone
+    EXPECT_EQ(shell.soundsPlayed(),
+              (QStringList{folder + "/beep.wav", folder + "/Ring.wav", folder + "/Ring.wav"}));
 
     shell.setSoundsFolder(dataDirectory.filePath(QStringLiteral("none")));
     EXPECT_TRUE(shell.findFiles().isEmpty());
     shell.setSoundsFolder(QString());
+}
+
+// Playback goes to an external player; a stand-in "paplay" that notes its process id and waits
+// shows that a new sound cuts off the one still playing.
+TEST_F(ShellTest, ANewSoundCutsOffTheOneStillPlaying) {
+    QTemporaryDir bin;
+    const QString log = bin.filePath(QStringLiteral("played"));
+    QFile player(bin.filePath(QStringLiteral("paplay")));
+    ASSERT_TRUE(player.open(QIODevice::WriteOnly));
+    player.write(QStringLiteral("#!/bin/sh\necho $$ >> '%1'\nexec sleep 30\n").arg(log).toUtf8());
+    player.close();
+    player.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", bin.path().toUtf8() + ':' + path);
+    const QString folder = dataDirectory.filePath(QStringLiteral("sounds"));
+    QDir().mkpath(folder);
+    for (const char* name : {"a.wav", "b.wav"})
+        QFile(folder + u'/' + QString::fromLatin1(name)).open(QIODevice::WriteOnly);
+    Shell& shell = Shell::current();
+    shell.setPlaybackEnabled(true);
+
+    const auto players = [&log] {
+        QFile file(log);
+        return file.open(QIODevice::ReadOnly)
+                   ? QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)
+                   : QStringList();
+    };
+    const auto waitFor = [](const std::function<bool()>& done) {
+        QDeadlineTimer deadline(5000);
+        while (!done() && !deadline.hasExpired())
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        return done();
+    };
+    ASSERT_TRUE(shell.playSound(QStringLiteral("a.wav")));
+    ASSERT_TRUE(waitFor([&] { return players().size() == 1; }));
+    const QString first = QStringLiteral("/proc/") + players().front();
+    ASSERT_TRUE(shell.playSound(QStringLiteral("b.wav")));
+    ASSERT_TRUE(waitFor([&] { return players().size() == 2; }));
+    // Killed and reaped: its process is gone.
+    EXPECT_TRUE(waitFor([&] { return !QFile::exists(first); }));
+    const QString second = QStringLiteral("/proc/") + players().back();
+    EXPECT_TRUE(QFile::exists(second));
+
+    shell.setPlaybackEnabled(false);
+    ASSERT_TRUE(shell.playSound(QStringLiteral("a.wav"))); // recorded, not played, and the
+    EXPECT_TRUE(QFile::exists(second));                    // one playing goes on
+    qputenv("PATH", path);
+    ::kill(pid_t(players().back().toLongLong()), SIGKILL);
+    EXPECT_TRUE(waitFor([&] { return !QFile::exists(second); }));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 TEST_F(ShellTest, AboutDialogIsShownToThePerson) {

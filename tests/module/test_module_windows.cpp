@@ -140,6 +140,11 @@ TEST_F(ModuleWindows, ToolsOptionsOpensTheSheetAndItsSignatureReachesTheStore) {
                 tessaly::sms::OptionsPageKind::Receiving, tessaly::sms::OptionsPageKind::Templates,
                 tessaly::sms::OptionsPageKind::Variables,
                 tessaly::sms::OptionsPageKind::CellBroadcast}));
+        QStringList tabs;
+        for (int page = 0; page < options.pageCount(); ++page)
+            tabs.append(options.page(page)->tabText());
+        EXPECT_EQ(tabs, (QStringList{"Signature", "Sending", "Receiving", "Templates", "Variables",
+                                     "Cell Broadcast"}));
         EXPECT_TRUE(
             testkit::type(*options.page(0), IDC_SIGNATURE_FIRST_NAME, QStringLiteral("Ada")));
         options.sendCommand(IDOK);
