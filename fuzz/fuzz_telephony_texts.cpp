@@ -44,7 +44,8 @@ telephony::Options storeOptions() {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::u16string text(size / 2, u'\0');
-    std::memcpy(text.data(), data, text.size() * sizeof(char16_t));
+    if (!text.empty())
+        std::memcpy(text.data(), data, text.size() * sizeof(char16_t));
     const std::u16string shown = text.substr(0, text.find(u'\0'));
 
     const auto [characters, messages] = tessaly::fuzz::plainLength(shown);

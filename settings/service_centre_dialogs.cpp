@@ -36,13 +36,16 @@ class EmptySpaceTaps final : public QObject {
 public:
     EmptySpaceTaps(ListView& view, std::function<void()> tapped)
         : view_(view)
+        , viewport_(view.viewport())
         , tapped_(std::move(tapped)) {
-        view.viewport()->installEventFilter(this);
+        viewport_->installEventFilter(this);
     }
 
 protected:
+    // Compares with the viewport kept at the start: the viewport still sends events while the
+    // list view around it is being destroyed, when the view may no longer be asked for it.
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (watched == view_.viewport() && event->type() == QEvent::MouseButtonRelease) {
+        if (watched == viewport_ && event->type() == QEvent::MouseButtonRelease) {
             const auto* mouse = static_cast<QMouseEvent*>(event);
             if (mouse->button() == Qt::LeftButton &&
                 view_.rowAt(mouse->position().toPoint().y()) < 0)
@@ -53,6 +56,7 @@ protected:
 
 private:
     ListView& view_;
+    const QObject* viewport_;
     std::function<void()> tapped_;
 };
 

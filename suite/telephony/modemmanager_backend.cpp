@@ -114,8 +114,11 @@ std::shared_ptr<ModemManagerBackend> ModemManagerBackend::find(const QDBusConnec
         return nullptr;
     // a{oa{sa{sv}}}: object path → interface → properties
     const QDBusArgument objects = reply.arguments().at(0).value<QDBusArgument>();
+    // Every beginMap needs its endMap, also when the walk stops early: the map's reader is freed
+    // there.
+    std::shared_ptr<ModemManagerBackend> found;
     objects.beginMap();
-    while (!objects.atEnd()) {
+    while (!found && !objects.atEnd()) {
         QDBusObjectPath path;
         QMap<QString, QVariantMap> interfaces;
         objects.beginMapEntry();
@@ -128,11 +131,10 @@ std::shared_ptr<ModemManagerBackend> ModemManagerBackend::find(const QDBusConnec
                                          modem.value(QStringLiteral("Model")).toString()}
                                  .join(u' ')
                                  .trimmed();
-        return std::shared_ptr<ModemManagerBackend>(
-            new ModemManagerBackend(bus, path.path(), name));
+        found.reset(new ModemManagerBackend(bus, path.path(), name));
     }
     objects.endMap();
-    return nullptr;
+    return found;
 }
 
 ModemManagerBackend::ModemManagerBackend(const QDBusConnection& bus, QString modemPath,
