@@ -14,6 +14,7 @@
 #include "settings/sms_settings.h"
 #include "templates/placeholder_expander.h"
 #include "templates/template_store.h"
+#include "util/wide_text.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -51,14 +52,6 @@ constexpr ValidityEntry kValidities[] = {
     {IDS_VALIDITY_1_DAY, GSM::Message::OneDay},    {IDS_VALIDITY_1_WEEK, GSM::Message::OneWeek},
     {IDS_VALIDITY_MAXIMUM, GSM::Message::Maximum},
 };
-
-QString fromWide(const WCHAR* text) {
-    return text ? QString::fromUtf16(text) : QString();
-}
-
-const WCHAR* wide(const QString& text) {
-    return reinterpret_cast<const WCHAR*>(text.utf16());
-}
 
 // The number a person reaches a contact at: its selected number (field 0, asked in form 1).
 QString numberOf(const GSM::Contact& contact) {
@@ -330,7 +323,7 @@ void ComposerWindow::onToFieldLeave() {
         if (GSM::Folder* recipients = message_->getContacts()) {
             recipients->removeAll();
             for (const QString& number : provisionalRecipients(text))
-                recipients->add(wide(number), 0);
+                recipients->add(toWide(number), 0);
         }
     }
     if (recipientCount_ != 0 && !text.isEmpty() && !messageText().isEmpty())

@@ -11,14 +11,6 @@ const QChar kBullet(0x2022);
 
 } // namespace
 
-QString fromWide(const WCHAR* text) {
-    return text ? QString::fromUtf16(text) : QString();
-}
-
-std::u16string toWide(const QString& text) {
-    return text.toStdU16String();
-}
-
 QString oneLineText(QString text) {
     text.replace(QStringLiteral("\r\n"), kBullet);
     text.replace(QLatin1Char('\r'), kBullet);

@@ -21,6 +21,7 @@
 #include "templates/factory_defaults.h"
 #include "tests/testkit/qstring_printer.h"
 #include "tests/testkit/window_test.h"
+#include "util/wide_text.h"
 
 #include <vector>
 
@@ -37,10 +38,6 @@ public:
     SmsSettings record;
     std::vector<tessaly::Dialog*> destroyed;
 };
-
-inline QString fromWide(const WCHAR* text) {
-    return text ? QString::fromUtf16(text) : QString();
-}
 
 // One message's outcome as the Outbox holds it.
 struct OutboxMessage {
@@ -126,12 +123,12 @@ protected:
         for (int i = 0; container && i < container->size(); ++i) {
             GSM::Message* message = container->get(i);
             OutboxMessage entry;
-            entry.text = fromWide(message->getText());
+            entry.text = tessaly::sms::fromWide(message->getText());
             entry.status = message->getStatus();
             if (GSM::Folder* recipients = message->getContacts())
                 for (int r = 0; r < recipients->size(); ++r)
-                    entry.recipients.append(
-                        fromWide(recipients->get(r)->getText(GSM::Contact::FieldNumber, 1)));
+                    entry.recipients.append(tessaly::sms::fromWide(
+                        recipients->get(r)->getText(GSM::Contact::FieldNumber, 1)));
             messages.push_back(entry);
         }
         return messages;
