@@ -12,6 +12,7 @@
 #include "module/telephony/gsm.h"
 #include "resources/resource.h"
 #include "settings/sms_settings.h"
+#include "settings/validity_choices.h"
 #include "templates/placeholder_expander.h"
 #include "templates/template_store.h"
 #include "util/wide_text.h"
@@ -41,17 +42,6 @@ constexpr UINT kShowInsertTemplate = WM_APP + 1;
 constexpr int kDetailControls[] = {IDC_COMPOSE_SCA_LABEL, IDC_COMPOSE_SCA,
                                    IDC_COMPOSE_VALIDITY_LABEL, IDC_COMPOSE_VALIDITY,
                                    IDC_COMPOSE_SAME_SCA};
-
-struct ValidityEntry {
-    int textId;
-    GSM::Message::ValidityPeriod period;
-};
-// 175 stands for one week in this system (the relative coding would give 173).
-constexpr ValidityEntry kValidities[] = {
-    {IDS_VALIDITY_1_HOUR, GSM::Message::OneHour},  {IDS_VALIDITY_6_HOURS, GSM::Message::SixHours},
-    {IDS_VALIDITY_1_DAY, GSM::Message::OneDay},    {IDS_VALIDITY_1_WEEK, GSM::Message::OneWeek},
-    {IDS_VALIDITY_MAXIMUM, GSM::Message::Maximum},
-};
 
 // The number a person reaches a contact at: its selected number (field 0, asked in form 1).
 QString numberOf(const GSM::Contact& contact) {
@@ -194,20 +184,13 @@ void ComposerWindow::fillStartText() {
 
 void ComposerWindow::fillDetails() {
     ComboBox* validity = comboBox(IDC_COMPOSE_VALIDITY);
-    if (validity) {
-        validity->resetContent();
-        for (const ValidityEntry& entry : kValidities)
-            validity->addString(loadString(entry.textId));
-    }
+    if (validity)
+        fillValidityChoices(*validity);
     GSM::MainPreferences* preferences = GSM::Preferences::getMainPreferences();
     if (!preferences)
         return;
-    int selected = 0;
-    for (int i = 0; i < int(std::size(kValidities)); ++i)
-        if (kValidities[i].period == preferences->validityPeriod())
-            selected = i;
     if (validity)
-        validity->setCurSel(selected);
+        validity->setCurSel(validityIndexForCode(preferences->validityPeriod()));
     checkItem(IDC_COMPOSE_SAME_SCA,
               preferences->useSameServiceCentre() ? BST_CHECKED : BST_UNCHECKED);
     if (GSM::ServiceCentreList* centres = preferences->serviceCentres())
@@ -507,8 +490,8 @@ void ComposerWindow::onTemplateSelect() {
 void ComposerWindow::onValidityChange() {
     ComboBox* validity = comboBox(IDC_COMPOSE_VALIDITY);
     const int index = validity ? validity->curSel() : -1;
-    const GSM::Message::ValidityPeriod period = index >= 0 && index < int(std::size(kValidities))
-                                                    ? kValidities[index].period
+    const GSM::Message::ValidityPeriod period = index >= 0 && index < int(kValidityChoices.size())
+                                                    ? kValidityChoices[size_t(index)].code
                                                     : GSM::Message::Maximum;
     if (message_)
         message_->setValidityPeriod(period);
