@@ -19,6 +19,7 @@
 #include "suite/telephony/simulator.h"
 #include "suite/telephony/telephony.h"
 #include "templates/factory_defaults.h"
+#include "tests/suite/telephony/store_test_support.h"
 #include "tests/testkit/qstring_printer.h"
 #include "tests/testkit/window_test.h"
 #include "util/wide_text.h"
@@ -78,19 +79,7 @@ protected:
         tessaly::releaseRegistryHives();
     }
 
-    // Delivers the library's queued events and the windows' posted messages, and lets the
-    // radio's timers (one segment per millisecond) run.
-    void settle() {
-        auto& queue = tessaly::telephony::EventQueue::instance();
-        for (int round = 0; round < 2000; ++round) {
-            tessaly::testkit::pumpMessages();
-            queue.deliverAll();
-            const std::optional<std::int64_t> due = clock.nextDueInMs();
-            if (!queue.hasPending() && (!due || *due > 1))
-                return;
-            clock.advance(1);
-        }
-    }
+    void settle() { telephony_test::settle(clock); }
 
     // "New" as the main window asks for it; the composer the library's answer opened.
     ComposerWindow* newComposer() {

@@ -2,11 +2,15 @@
 
 // Small helpers of window tests that run against a telephony store: calendar times as the
 // store's FILETIMEs, and delivering the library's queued events together with the windows'
-// posted messages until both are quiet.
+// posted messages until both are quiet (and, given the virtual clock, its timers too).
 
 #include "framework/time/clock.h"
 #include "suite/telephony/events.h"
+#include "tests/testkit/virtual_clock.h"
 #include "tests/testkit/window_driver.h"
+
+#include <cstdint>
+#include <optional>
 
 namespace telephony_test {
 
@@ -33,6 +37,20 @@ inline void settle() {
         queue.deliverAll();
         if (!queue.hasPending())
             return;
+    }
+}
+
+// As settle(), and moves `clock` on one millisecond at a time while a timer falls due within
+// the next one, so that the radio (one segment per millisecond) finishes what it started.
+inline void settle(tessaly::testkit::VirtualClock& clock) {
+    auto& queue = tessaly::telephony::EventQueue::instance();
+    for (int round = 0; round < 2000; ++round) {
+        tessaly::testkit::pumpMessages();
+        queue.deliverAll();
+        const std::optional<std::int64_t> due = clock.nextDueInMs();
+        if (!queue.hasPending() && (!due || *due > 1))
+            return;
+        clock.advance(1);
     }
 }
 
