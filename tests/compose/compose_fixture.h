@@ -72,10 +72,8 @@ protected:
 
     void TearDown() override {
         WindowTest::TearDown();
-        settle();
-        tessaly::telephony::close();
-        tessaly::telephony::installHostHooks({});
-        tessaly::setCurrentResources(nullptr);
+        settle(); // the radio's timers too, before the store closes
+        telephony_test::closeStore();
         tessaly::releaseRegistryHives();
     }
 

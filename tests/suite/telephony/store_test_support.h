@@ -4,8 +4,11 @@
 // store's FILETIMEs, and delivering the library's queued events together with the windows'
 // posted messages until both are quiet (and, given the virtual clock, its timers too).
 
+#include "framework/resources/resources.h"
 #include "framework/time/clock.h"
 #include "suite/telephony/events.h"
+#include "suite/telephony/host_hooks.h"
+#include "suite/telephony/telephony.h"
 #include "tests/testkit/virtual_clock.h"
 #include "tests/testkit/window_driver.h"
 
@@ -52,6 +55,15 @@ inline void settle(tessaly::testkit::VirtualClock& clock) {
             return;
         clock.advance(1);
     }
+}
+
+// The end of a window test against the store: what is still queued or posted is delivered, then
+// the library closes and the host hooks and the module's resources are taken away.
+inline void closeStore() {
+    settle();
+    tessaly::telephony::close();
+    tessaly::telephony::installHostHooks({});
+    tessaly::setCurrentResources(nullptr);
 }
 
 } // namespace telephony_test
