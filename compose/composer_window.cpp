@@ -8,6 +8,7 @@
 #include "compose/submit.h"
 #include "framework/resources/resources.h"
 #include "framework/ui/menu.h"
+#include "framework/ui/modeless.h"
 #include "framework/ui/shell.h"
 #include "module/telephony/gsm.h"
 #include "resources/resource.h"
@@ -80,13 +81,7 @@ void drawPerson(QPainter& painter, const QRectF& box) {
 } // namespace
 
 ComposerWindow* ComposerWindow::open(GSM::Message* message, ComposerEnvironment& environment) {
-    auto* composer = new ComposerWindow(message, environment);
-    if (!composer->create()) {
-        delete composer;
-        return nullptr;
-    }
-    composer->showWindow(SW_SHOW);
-    return composer;
+    return showModeless(new ComposerWindow(message, environment));
 }
 
 ComposerWindow::ComposerWindow(GSM::Message* message, ComposerEnvironment& environment)
