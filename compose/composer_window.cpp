@@ -492,36 +492,10 @@ void ComposerWindow::onValidityChange() {
         message_->setValidityPeriod(period);
 }
 
-void ComposerWindow::onEditCommand(int id) {
-    Edit* focused = focusedEdit_ ? edit(focusedEdit_) : nullptr;
-    if (!focused)
-        return;
-    switch (id) {
-    case IDM_EDIT_COPY:
-        focused->copy();
-        break;
-    case IDM_EDIT_CUT:
-        focused->cut();
-        break;
-    case IDM_EDIT_PASTE:
-        focused->paste();
-        break;
-    case IDM_EDIT_DELETE:
-        focused->clear();
-        break;
-    case IDM_EDIT_SELECT_ALL:
-        focused->selectAll();
-        focused->scrollCaret();
-        break;
-    default:
-        break;
-    }
-}
-
 void ComposerWindow::onEditSetFocus(int id) {
     if (id != IDC_COMPOSE_TO && id != IDC_COMPOSE_TEXT)
         return;
-    focusedEdit_ = id;
+    editCommands_.focused(id);
     Shell::current().sipPreference(window(), SIP_UP);
 }
 
@@ -549,15 +523,9 @@ void ComposerWindow::onCommand(int id) {
     case IDM_COMPOSE_PHONEBOOK:
         pickFromPhoneBook();
         return;
-    case IDM_EDIT_COPY:
-    case IDM_EDIT_CUT:
-    case IDM_EDIT_PASTE:
-    case IDM_EDIT_SELECT_ALL:
-    case IDM_EDIT_DELETE:
-        onEditCommand(id);
-        return;
     default:
-        Dialog::onCommand(id);
+        if (!editCommands_.run(*this, id))
+            Dialog::onCommand(id);
     }
 }
 
