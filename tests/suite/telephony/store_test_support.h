@@ -9,6 +9,7 @@
 #include "suite/telephony/events.h"
 #include "suite/telephony/host_hooks.h"
 #include "suite/telephony/telephony.h"
+#include "tests/testkit/system_time.h"
 #include "tests/testkit/virtual_clock.h"
 #include "tests/testkit/window_driver.h"
 
@@ -17,21 +18,8 @@
 
 namespace telephony_test {
 
-inline SYSTEMTIME at(int year, int month, int day, int hour = 0, int minute = 0) {
-    SYSTEMTIME time{};
-    time.wYear = WORD(year);
-    time.wMonth = WORD(month);
-    time.wDay = WORD(day);
-    time.wHour = WORD(hour);
-    time.wMinute = WORD(minute);
-    return time;
-}
-
-inline FILETIME fileTime(const SYSTEMTIME& time) {
-    FILETIME result{};
-    SystemTimeToFileTime(&time, &result);
-    return result;
-}
+using tessaly::testkit::at;
+using tessaly::testkit::fileTime;
 
 inline void settle() {
     auto& queue = tessaly::telephony::EventQueue::instance();
