@@ -1,13 +1,17 @@
 #pragma once
 
-// The person of a benchmark: answers the size warning of a folder over 1,000 messages at once,
-// as a tap on OK, and nothing else is asked.
+// The person of a benchmark: answers every message box at once with the one answer it was given
+// (OK by default, as a tap on the size warning of a folder over 1,000 messages); menus and
+// dialogs are left without a choice.
 
 #include "framework/ui/useragent.h"
 
 class AnsweringUser final : public tessaly::UserAgent {
 public:
-    int messageBox(QWidget*, const QString&, const QString&, UINT) override { return IDOK; }
+    explicit AnsweringUser(int answer = IDOK)
+        : answer_(answer) {}
+
+    int messageBox(QWidget*, const QString&, const QString&, UINT) override { return answer_; }
     int trackPopupMenu(QWidget*, const tessaly::MenuItem&, QPoint) override { return 0; }
     int runModal(tessaly::Dialog&) override { return IDCANCEL; }
     tessaly::ContactPickerChoice
@@ -15,4 +19,7 @@ public:
                 const std::vector<tessaly::ContactPickerEntry>&) override {
         return {};
     }
+
+private:
+    int answer_;
 };

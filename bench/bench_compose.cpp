@@ -2,6 +2,8 @@
 // query runs on every change), and SEND of a template-rich text to 1,000 recipients up to the
 // hand-over (the radio's timers never run here).
 
+#include "bench/answering_user.h"
+#include "bench/offscreen_benchmarks.h"
 #include "bench/template_rich_text.h"
 #include "compose/composer_environment.h"
 #include "compose/composer_window.h"
@@ -40,19 +42,6 @@ public:
     SmsSettings& settings() override { return record; }
     void composerDestroyed(tessaly::Dialog*) override {}
     SmsSettings record;
-};
-
-// Says yes to every question; none is expected with complete sender information.
-class AnsweringUser final : public tessaly::UserAgent {
-public:
-    int messageBox(QWidget*, const QString&, const QString&, UINT) override { return IDYES; }
-    int trackPopupMenu(QWidget*, const tessaly::MenuItem&, QPoint) override { return 0; }
-    int runModal(tessaly::Dialog&) override { return IDCANCEL; }
-    tessaly::ContactPickerChoice
-    pickContact(QWidget*, const QString&,
-                const std::vector<tessaly::ContactPickerEntry>&) override {
-        return {};
-    }
 };
 
 void sendKey(QWidget* editor, int key, const QString& text) {
@@ -116,8 +105,7 @@ BENCHMARK(BM_SubmitPerRecipient)->Arg(1000)->Unit(benchmark::kMillisecond);
 } // namespace
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
+    OffscreenBenchmarks benchmarks(argc, argv);
     QTemporaryDir dataDirectory;
     tessaly::setDataDirectory(dataDirectory.path());
     tessaly::profile::setRegistryKey(QStringLiteral("Halvern\\Tessaly"));
@@ -126,11 +114,9 @@ int main(int argc, char** argv) {
     telephony::Options options;
     options.databasePath = QStringLiteral(":memory:");
     telephony::open(options);
-    AnsweringUser user;
+    AnsweringUser user(IDYES); // no question is expected with complete sender information
     tessaly::UserAgent::install(&user);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
+    benchmarks.run();
     tessaly::UserAgent::install(nullptr);
     telephony::close();
     tessaly::releaseRegistryHives();

@@ -6,6 +6,7 @@
 // to its saved picture, with the process's peak memory. On 0, 10,000 and 100,000 messages.
 
 #include "bench/answering_user.h"
+#include "bench/offscreen_benchmarks.h"
 #include "framework/datadir.h"
 #include "framework/time/clock.h"
 #include "suite/host/host_session.h"
@@ -202,10 +203,7 @@ BENCHMARK(BM_LoadResolveInit)->Arg(0)->Arg(10000)->Unit(benchmark::kMillisecond)
 } // namespace
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
+    OffscreenBenchmarks benchmarks(argc, argv);
+    benchmarks.run();
     return 0;
 }

@@ -5,6 +5,7 @@
 // ms and within 3x of that query.
 
 #include "bench/answering_user.h"
+#include "bench/offscreen_benchmarks.h"
 #include "framework/resources/resources.h"
 #include "framework/ui/useragent.h"
 #include "lists/list_sort_table.h"
@@ -123,14 +124,11 @@ BENCHMARK(resortInbox)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMil
 } // namespace
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
+    OffscreenBenchmarks benchmarks(argc, argv);
     tessaly::setCurrentResources(&tessaly::sms::resources());
     AnsweringUser user;
     tessaly::UserAgent::install(&user);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
+    benchmarks.run();
     tessaly::UserAgent::install(nullptr);
     telephony::close();
     tessaly::setCurrentResources(nullptr);

@@ -1,6 +1,7 @@
 // Windows from templates: building and tearing down a dialog of twenty controls, and filling a
 // list view with 10,000 rows of four columns.
 
+#include "bench/offscreen_benchmarks.h"
 #include "framework/resources/resources.h"
 #include "framework/ui/dialog.h"
 
@@ -96,13 +97,10 @@ BENCHMARK(BM_FillListViewWithTenThousandRows)->Unit(benchmark::kMillisecond);
 } // namespace
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
+    OffscreenBenchmarks benchmarks(argc, argv);
     const tessaly::ResourceScript script = makeScript();
     tessaly::setCurrentResources(&script);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
+    benchmarks.run();
     tessaly::setCurrentResources(nullptr);
     return 0;
 }

@@ -1,6 +1,7 @@
 #include "cellbroadcast/add_channel_dialog.h"
 
 #include "framework/ui/menu.h"
+#include "framework/ui/modeless.h"
 #include "framework/ui/shell.h"
 #include "resources/resource.h"
 
@@ -12,14 +13,7 @@ AddChannelDialog::AddChannelDialog(Dialog* page)
     , moduleState_(currentModuleState()) {}
 
 AddChannelDialog* AddChannelDialog::open(Dialog* page) {
-    auto* dialog = new AddChannelDialog(page);
-    if (!dialog->create()) {
-        if (Dialog::exists(dialog))
-            delete dialog;
-        return nullptr;
-    }
-    dialog->showWindow(SW_SHOW);
-    return dialog;
+    return showModeless(new AddChannelDialog(page));
 }
 
 QString AddChannelDialog::channelText() const {

@@ -7,7 +7,7 @@
 #include "framework/ui/shell.h"
 #include "resources/resource.h"
 #include "settings/options_sheet.h"
-#include "settings/wide_text.h"
+#include "util/wide_text.h"
 
 #include <QSet>
 

@@ -8,12 +8,15 @@
 #include "compose/submit.h"
 #include "framework/resources/resources.h"
 #include "framework/ui/menu.h"
+#include "framework/ui/modeless.h"
 #include "framework/ui/shell.h"
 #include "module/telephony/gsm.h"
 #include "resources/resource.h"
 #include "settings/sms_settings.h"
+#include "settings/validity_choices.h"
 #include "templates/placeholder_expander.h"
 #include "templates/template_store.h"
+#include "util/wide_text.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -40,25 +43,6 @@ constexpr UINT kShowInsertTemplate = WM_APP + 1;
 constexpr int kDetailControls[] = {IDC_COMPOSE_SCA_LABEL, IDC_COMPOSE_SCA,
                                    IDC_COMPOSE_VALIDITY_LABEL, IDC_COMPOSE_VALIDITY,
                                    IDC_COMPOSE_SAME_SCA};
-
-struct ValidityEntry {
-    int textId;
-    GSM::Message::ValidityPeriod period;
-};
-// 175 stands for one week in this system (the relative coding would give 173).
-constexpr ValidityEntry kValidities[] = {
-    {IDS_VALIDITY_1_HOUR, GSM::Message::OneHour},  {IDS_VALIDITY_6_HOURS, GSM::Message::SixHours},
-    {IDS_VALIDITY_1_DAY, GSM::Message::OneDay},    {IDS_VALIDITY_1_WEEK, GSM::Message::OneWeek},
-    {IDS_VALIDITY_MAXIMUM, GSM::Message::Maximum},
-};
-
-QString fromWide(const WCHAR* text) {
-    return text ? QString::fromUtf16(text) : QString();
-}
-
-const WCHAR* wide(const QString& text) {
-    return reinterpret_cast<const WCHAR*>(text.utf16());
-}
 
 // The number a person reaches a contact at: its selected number (field 0, asked in form 1).
 QString numberOf(const GSM::Contact& contact) {
@@ -97,13 +81,7 @@ void drawPerson(QPainter& painter, const QRectF& box) {
 } // namespace
 
 ComposerWindow* ComposerWindow::open(GSM::Message* message, ComposerEnvironment& environment) {
-    auto* composer = new ComposerWindow(message, environment);
-    if (!composer->create()) {
-        delete composer;
-        return nullptr;
-    }
-    composer->showWindow(SW_SHOW);
-    return composer;
+    return showModeless(new ComposerWindow(message, environment));
 }
 
 ComposerWindow::ComposerWindow(GSM::Message* message, ComposerEnvironment& environment)
@@ -201,20 +179,13 @@ void ComposerWindow::fillStartText() {
 
 void ComposerWindow::fillDetails() {
     ComboBox* validity = comboBox(IDC_COMPOSE_VALIDITY);
-    if (validity) {
-        validity->resetContent();
-        for (const ValidityEntry& entry : kValidities)
-            validity->addString(loadString(entry.textId));
-    }
+    if (validity)
+        fillValidityChoices(*validity);
     GSM::MainPreferences* preferences = GSM::Preferences::getMainPreferences();
     if (!preferences)
         return;
-    int selected = 0;
-    for (int i = 0; i < int(std::size(kValidities)); ++i)
-        if (kValidities[i].period == preferences->validityPeriod())
-            selected = i;
     if (validity)
-        validity->setCurSel(selected);
+        validity->setCurSel(validityIndexForCode(preferences->validityPeriod()));
     checkItem(IDC_COMPOSE_SAME_SCA,
               preferences->useSameServiceCentre() ? BST_CHECKED : BST_UNCHECKED);
     if (GSM::ServiceCentreList* centres = preferences->serviceCentres())
@@ -330,7 +301,7 @@ void ComposerWindow::onToFieldLeave() {
         if (GSM::Folder* recipients = message_->getContacts()) {
             recipients->removeAll();
             for (const QString& number : provisionalRecipients(text))
-                recipients->add(wide(number), 0);
+                recipients->add(toWide(number), 0);
         }
     }
     if (recipientCount_ != 0 && !text.isEmpty() && !messageText().isEmpty())
@@ -514,43 +485,17 @@ void ComposerWindow::onTemplateSelect() {
 void ComposerWindow::onValidityChange() {
     ComboBox* validity = comboBox(IDC_COMPOSE_VALIDITY);
     const int index = validity ? validity->curSel() : -1;
-    const GSM::Message::ValidityPeriod period = index >= 0 && index < int(std::size(kValidities))
-                                                    ? kValidities[index].period
+    const GSM::Message::ValidityPeriod period = index >= 0 && index < int(kValidityChoices.size())
+                                                    ? kValidityChoices[size_t(index)].code
                                                     : GSM::Message::Maximum;
     if (message_)
         message_->setValidityPeriod(period);
 }
 
-void ComposerWindow::onEditCommand(int id) {
-    Edit* focused = focusedEdit_ ? edit(focusedEdit_) : nullptr;
-    if (!focused)
-        return;
-    switch (id) {
-    case IDM_EDIT_COPY:
-        focused->copy();
-        break;
-    case IDM_EDIT_CUT:
-        focused->cut();
-        break;
-    case IDM_EDIT_PASTE:
-        focused->paste();
-        break;
-    case IDM_EDIT_DELETE:
-        focused->clear();
-        break;
-    case IDM_EDIT_SELECT_ALL:
-        focused->selectAll();
-        focused->scrollCaret();
-        break;
-    default:
-        break;
-    }
-}
-
 void ComposerWindow::onEditSetFocus(int id) {
     if (id != IDC_COMPOSE_TO && id != IDC_COMPOSE_TEXT)
         return;
-    focusedEdit_ = id;
+    editCommands_.focused(id);
     Shell::current().sipPreference(window(), SIP_UP);
 }
 
@@ -578,15 +523,9 @@ void ComposerWindow::onCommand(int id) {
     case IDM_COMPOSE_PHONEBOOK:
         pickFromPhoneBook();
         return;
-    case IDM_EDIT_COPY:
-    case IDM_EDIT_CUT:
-    case IDM_EDIT_PASTE:
-    case IDM_EDIT_SELECT_ALL:
-    case IDM_EDIT_DELETE:
-        onEditCommand(id);
-        return;
     default:
-        Dialog::onCommand(id);
+        if (!editCommands_.run(*this, id))
+            Dialog::onCommand(id);
     }
 }
 

@@ -9,6 +9,7 @@
 #include "framework/resources/module_state.h"
 #include "framework/ui/dialog.h"
 #include "module/telephony/contacts.h"
+#include "settings/edit_commands.h"
 #include "templates/edit_value_menu.h"
 
 #include <QString>
@@ -74,7 +75,6 @@ private:
     void onToFieldLeave();
     void onTemplateSelect();
     void onValidityChange();
-    void onEditCommand(int id);
     void appendPickedNumbers();
     void setToText(const QString& text);
     QString toText() const;
@@ -88,7 +88,7 @@ private:
     QString startMessageText_;
     int recipientCount_ = 0;
     bool detailsShown_ = false;
-    int focusedEdit_ = 0;
+    EditCommands editCommands_; // the To: field or the message text
     // Numbers that follow a phone-book pick in the To: field: what the field held before it.
     QStringList pickedNumbers_;
     // Only the composer that opened the phone book takes its answer.

@@ -3,6 +3,7 @@
 #include "framework/registry/profile.h"
 #include "module/telephony/contacts.h"
 #include "templates/template_store.h"
+#include "util/wide_text.h"
 
 namespace tessaly::sms {
 
@@ -26,10 +27,6 @@ void store(int number, const QString& text) {
 void shiftDown(int from, int downTo) {
     for (int to = from; to >= downTo; --to)
         store(to, stored(to - 1));
-}
-
-QString fromWide(const WCHAR* text) {
-    return text ? QString::fromUtf16(text) : QString();
 }
 
 } // namespace

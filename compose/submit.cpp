@@ -7,6 +7,7 @@
 #include "module/telephony/message.h"
 #include "resources/resource.h"
 #include "templates/edit_value_menu.h"
+#include "util/wide_text.h"
 
 namespace tessaly::sms {
 
@@ -14,10 +15,6 @@ namespace {
 
 // A failing make() is tried again at once; a store that keeps refusing ends the loop here.
 constexpr int kMakeAttempts = 3;
-
-std::u16string wide(const QString& text) {
-    return text.toStdU16String();
-}
 
 } // namespace
 
@@ -60,11 +57,11 @@ void MessageSubmitter::rebuildRecipients(const QString& toText) {
         return;
     recipients->removeAll();
     for (const QString& number : recipientTokensLastFirst(toText)) {
-        const std::u16string text = wide(number);
-        if (GSM::Contact* contact = GSM::PhoneBook::lookup(text.c_str()))
+        const WCHAR* text = toWide(number);
+        if (GSM::Contact* contact = GSM::PhoneBook::lookup(text))
             recipients->add(contact);
         else
-            recipients->add(text.c_str(), 0);
+            recipients->add(text, 0);
     }
 }
 

@@ -1,6 +1,7 @@
 #include "lists/delete_messages_window.h"
 
 #include "framework/resources/resources.h"
+#include "framework/ui/modeless.h"
 #include "lists/message_texts.h"
 #include "module/telephony/gsm.h"
 #include "resources/resource.h"
@@ -16,14 +17,7 @@ DeleteMessagesWindow::DeleteMessagesWindow(int folder)
     , moduleState_(currentModuleState()) {}
 
 DeleteMessagesWindow* DeleteMessagesWindow::open(int folder) {
-    auto* window = new DeleteMessagesWindow(folder);
-    if (!window->create()) {
-        if (Dialog::exists(window))
-            delete window;
-        return nullptr;
-    }
-    window->showWindow(SW_SHOW);
-    return window;
+    return showModeless(new DeleteMessagesWindow(folder));
 }
 
 bool DeleteMessagesWindow::onInitDialog() {

@@ -5,6 +5,7 @@
 #include "cellbroadcast/cb_ticker.h"
 #include "framework/resources/resources.h"
 #include "framework/ui/menu.h"
+#include "framework/ui/modeless.h"
 #include "framework/ui/screen.h"
 #include "framework/ui/shell.h"
 #include "lists/delete_messages_window.h"
@@ -68,14 +69,8 @@ MainSmsWindow::MainSmsWindow(ListsEnvironment& environment)
 MainSmsWindow::~MainSmsWindow() = default;
 
 MainSmsWindow* MainSmsWindow::open(ListsEnvironment& environment) {
-    auto* window = new MainSmsWindow(environment);
-    if (!window->create()) {
-        if (Dialog::exists(window))
-            delete window;
-        return nullptr;
-    }
-    window->showWindow(SW_SHOW);
-    if (QWidget* widget = window->window())
+    MainSmsWindow* window = showModeless(new MainSmsWindow(environment));
+    if (QWidget* widget = window ? window->window() : nullptr)
         widget->activateWindow();
     return window;
 }

@@ -25,7 +25,7 @@ bool confirmAndDeleteMessage(QWidget* owner, long messageId, int questionId) {
 void callNumber(const QString& number) {
     if (number.isEmpty() || !GSM::isServiceAvailable(GSM::ServiceVoice))
         return;
-    reportFailure(GSM::Phone::makeCall(toWide(number).c_str()));
+    reportFailure(GSM::Phone::makeCall(toWide(number)));
 }
 
 void copyToPhonebook(QWidget* owner, const QString& number) {
@@ -34,13 +34,13 @@ void copyToPhonebook(QWidget* owner, const QString& number) {
     GSM::Folder* phoneBook = GSM::PhoneBook::getFolder(GSM::PhoneBook::FolderContacts);
     if (!phoneBook)
         return;
-    const std::u16string wideNumber = toWide(number);
+    const WCHAR* wideNumber = toWide(number);
     UserAgent& user = UserAgent::current();
-    if (GSM::PhoneBook::lookup(wideNumber.c_str()) &&
+    if (GSM::PhoneBook::lookup(wideNumber) &&
         user.messageBox(owner, loadString(IDS_NUMBER_ALREADY_STORED), boxCaption(),
                         MB_YESNO | MB_ICONEXCLAMATION) != IDYES)
         return;
-    const GSM::Result result = phoneBook->add(wideNumber.c_str());
+    const GSM::Result result = phoneBook->add(wideNumber);
     if (!result.isOk()) {
         reportFailure(result);
         return;

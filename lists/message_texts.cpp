@@ -2,6 +2,7 @@
 
 #include "framework/resources/resources.h"
 #include "resources/resource.h"
+#include "settings/validity_choices.h"
 
 namespace tessaly::sms {
 
@@ -10,14 +11,6 @@ namespace {
 const QChar kBullet(0x2022);
 
 } // namespace
-
-QString fromWide(const WCHAR* text) {
-    return text ? QString::fromUtf16(text) : QString();
-}
-
-std::u16string toWide(const QString& text) {
-    return text.toStdU16String();
-}
 
 QString oneLineText(QString text) {
     text.replace(QStringLiteral("\r\n"), kBullet);
@@ -108,20 +101,10 @@ int statusTextId(int status) {
 }
 
 int validityTextId(int validityPeriod) {
-    switch (validityPeriod) {
-    case GSM::Message::OneHour:
-        return IDS_VALIDITY_1_HOUR;
-    case GSM::Message::SixHours:
-        return IDS_VALIDITY_6_HOURS;
-    case GSM::Message::OneDay:
-        return IDS_VALIDITY_1_DAY;
-    case GSM::Message::OneWeek:
-        return IDS_VALIDITY_1_WEEK;
-    case GSM::Message::Maximum:
-        return IDS_VALIDITY_MAXIMUM;
-    default:
-        return IDS_VALIDITY_UNKNOWN;
-    }
+    for (const ValidityChoice& choice : kValidityChoices)
+        if (choice.code == validityPeriod)
+            return choice.textId;
+    return IDS_VALIDITY_UNKNOWN;
 }
 
 int folderNameId(int folder) {

@@ -6,19 +6,15 @@
 
 #include "framework/win32types.h"
 #include "module/telephony/gsm.h"
+#include "util/wide_text.h"
 
 #include <QString>
-
-#include <string>
 
 namespace tessaly::sms {
 
 constexpr int kInboxFolder = 0;
 constexpr int kOutboxFolder = 1;
 constexpr int kCellBroadcastFolder = 2;
-
-QString fromWide(const WCHAR* text);
-std::u16string toWide(const QString& text);
 
 // Every "\r\n", then every remaining "\r", then every remaining "\n" becomes a bullet (U+2022),
 // so that a message always takes one list line.

@@ -3,7 +3,7 @@
 #include "framework/ui/shell.h"
 #include "module/telephony/preferences.h"
 #include "resources/resource.h"
-#include "settings/wide_text.h"
+#include "util/wide_text.h"
 
 namespace tessaly::sms {
 

@@ -7,8 +7,6 @@
 #include "settings/service_centres.h"
 #include "settings/sms_settings.h"
 
-#include <algorithm>
-
 namespace tessaly::sms {
 
 namespace {
@@ -16,13 +14,6 @@ namespace {
 constexpr int kMaximumValidityIndex = 4;
 
 } // namespace
-
-int validityIndexForCode(int code) {
-    const auto found =
-        std::find_if(kValidityChoices.begin(), kValidityChoices.end(),
-                     [code](const ValidityChoice& choice) { return choice.code == code; });
-    return found == kValidityChoices.end() ? 0 : int(found - kValidityChoices.begin());
-}
 
 SendingPage::SendingPage(OptionsEnvironment& environment)
     : CPpOptions(IDD_PAGE_SENDING, IDR_MENU_SENDING_PAGE, SIP_FORCEDOWN)
@@ -62,9 +53,7 @@ void SendingPage::loadValidity() {
     ComboBox* combo = comboBox(IDC_SENDING_VALIDITY);
     if (!combo)
         return;
-    combo->resetContent();
-    for (const ValidityChoice& choice : kValidityChoices)
-        combo->addString(loadString(choice.textId));
+    fillValidityChoices(*combo);
     combo->setCurSel(validityIndexForCode(mainPreferences()->validityPeriod()));
 }
 

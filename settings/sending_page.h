@@ -10,27 +10,9 @@
 #include "resources/resource.h"
 #include "settings/options_page.h"
 #include "settings/options_sheet.h"
-
-#include <array>
+#include "settings/validity_choices.h"
 
 namespace tessaly::sms {
-
-// The validity choices in combo-box order: their texts and the relative validity-period codes
-// they store. "1 Week" stores 175 on purpose (nine days by the letter of the code).
-struct ValidityChoice {
-    int textId;
-    int code;
-};
-inline constexpr std::array<ValidityChoice, 5> kValidityChoices = {{
-    {IDS_VALIDITY_1_HOUR, GSM::Message::OneHour},
-    {IDS_VALIDITY_6_HOURS, GSM::Message::SixHours},
-    {IDS_VALIDITY_1_DAY, GSM::Message::OneDay},
-    {IDS_VALIDITY_1_WEEK, GSM::Message::OneWeek},
-    {IDS_VALIDITY_MAXIMUM, GSM::Message::Maximum},
-}};
-
-// The combo index showing a stored code; a code outside the table shows the first choice.
-int validityIndexForCode(int code);
 
 class SendingPage final : public CPpOptions,
                           public GSM::DeviceEventHandler,

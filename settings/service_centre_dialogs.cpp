@@ -6,7 +6,7 @@
 #include "module/telephony/preferences.h"
 #include "resources/resource.h"
 #include "settings/service_centres.h"
-#include "settings/wide_text.h"
+#include "util/wide_text.h"
 
 #include <QApplication>
 #include <QMouseEvent>

@@ -1,7 +1,7 @@
 #include "settings/service_centres.h"
 
 #include "module/telephony/preferences.h"
-#include "settings/wide_text.h"
+#include "util/wide_text.h"
 
 namespace tessaly::sms {
 

@@ -4,7 +4,7 @@
 #include "framework/ui/shell.h"
 #include "resources/resource.h"
 #include "settings/sms_settings.h"
-#include "settings/wide_text.h"
+#include "util/wide_text.h"
 
 namespace tessaly::sms {
 

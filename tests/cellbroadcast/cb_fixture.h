@@ -34,9 +34,7 @@ protected:
 
     void TearDown() override {
         WindowTest::TearDown();
-        settle();
-        tessaly::telephony::close();
-        tessaly::setCurrentResources(nullptr);
+        telephony_test::closeStore();
     }
 
     static void subscribe(std::vector<Utilities::Range> channels,

@@ -19,8 +19,10 @@
 #include "suite/telephony/simulator.h"
 #include "suite/telephony/telephony.h"
 #include "templates/factory_defaults.h"
+#include "tests/suite/telephony/store_test_support.h"
 #include "tests/testkit/qstring_printer.h"
 #include "tests/testkit/window_test.h"
+#include "util/wide_text.h"
 
 #include <vector>
 
@@ -37,10 +39,6 @@ public:
     SmsSettings record;
     std::vector<tessaly::Dialog*> destroyed;
 };
-
-inline QString fromWide(const WCHAR* text) {
-    return text ? QString::fromUtf16(text) : QString();
-}
 
 // One message's outcome as the Outbox holds it.
 struct OutboxMessage {
@@ -74,26 +72,12 @@ protected:
 
     void TearDown() override {
         WindowTest::TearDown();
-        settle();
-        tessaly::telephony::close();
-        tessaly::telephony::installHostHooks({});
-        tessaly::setCurrentResources(nullptr);
+        settle(); // the radio's timers too, before the store closes
+        telephony_test::closeStore();
         tessaly::releaseRegistryHives();
     }
 
-    // Delivers the library's queued events and the windows' posted messages, and lets the
-    // radio's timers (one segment per millisecond) run.
-    void settle() {
-        auto& queue = tessaly::telephony::EventQueue::instance();
-        for (int round = 0; round < 2000; ++round) {
-            tessaly::testkit::pumpMessages();
-            queue.deliverAll();
-            const std::optional<std::int64_t> due = clock.nextDueInMs();
-            if (!queue.hasPending() && (!due || *due > 1))
-                return;
-            clock.advance(1);
-        }
-    }
+    void settle() { telephony_test::settle(clock); }
 
     // "New" as the main window asks for it; the composer the library's answer opened.
     ComposerWindow* newComposer() {
@@ -126,12 +110,12 @@ protected:
         for (int i = 0; container && i < container->size(); ++i) {
             GSM::Message* message = container->get(i);
             OutboxMessage entry;
-            entry.text = fromWide(message->getText());
+            entry.text = tessaly::sms::fromWide(message->getText());
             entry.status = message->getStatus();
             if (GSM::Folder* recipients = message->getContacts())
                 for (int r = 0; r < recipients->size(); ++r)
-                    entry.recipients.append(
-                        fromWide(recipients->get(r)->getText(GSM::Contact::FieldNumber, 1)));
+                    entry.recipients.append(tessaly::sms::fromWide(
+                        recipients->get(r)->getText(GSM::Contact::FieldNumber, 1)));
             messages.push_back(entry);
         }
         return messages;

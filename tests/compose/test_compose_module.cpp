@@ -2,21 +2,13 @@
 // list, openSms brings the first to the front, closing and exitModule leave the list empty.
 
 #include "compose/composer_window.h"
-#include "module/exports.h"
-#include "module/module_state.h"
-#include "resources/resource.h"
-#include "resources/sms_resources.h"
-#include "suite/telephony/events.h"
-#include "suite/telephony/host_hooks.h"
-#include "suite/telephony/telephony.h"
-#include "tests/testkit/window_test.h"
+#include "tests/module/module_window_test.h"
 
 namespace {
 
-namespace testkit = tessaly::testkit;
 using tessaly::sms::moduleContext;
 
-class ModuleComposers : public testkit::WindowTest {
+class ModuleComposers : public tessaly::testkit::WindowTest {
 protected:
     void SetUp() override {
         WindowTest::SetUp();
@@ -33,17 +25,9 @@ protected:
     void TearDown() override {
         exitModule();
         WindowTest::TearDown();
-        settle();
-        moduleContext() = tessaly::sms::ModuleContext();
-        tessaly::telephony::installHostHooks({});
-        tessaly::telephony::close();
+        module_test::closeModuleStore();
     }
-    static void settle() {
-        for (int round = 0; round < 20; ++round) {
-            testkit::pumpMessages();
-            tessaly::telephony::EventQueue::instance().deliverAll();
-        }
-    }
+    static void settle() { module_test::settleModule(); }
 };
 
 TEST_F(ModuleComposers, EditMessageOpensComposersThatLeaveTheListWhenClosed) {

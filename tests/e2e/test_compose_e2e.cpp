@@ -2,18 +2,16 @@
 // to the telephony library, which answers through the host's editMessage; the composer hands the
 // message over and the simulated radio sends it. Reply from the message view fills in the sender.
 
-#include "framework/datadir.h"
 #include "framework/ui/dialog.h"
 #include "framework/ui/property_sheet.h"
 #include "resources/resource.h"
 #include "suite/host/demo_data.h"
 #include "suite/host/host_session.h"
 #include "suite/host/phone_window.h"
-#include "suite/host/screenshot.h"
-#include "suite/host/system_language.h"
 #include "suite/telephony/events.h"
 #include "suite/telephony/simulator.h"
 #include "suite/telephony/telephony.h"
+#include "tests/e2e/phone_test_support.h"
 #include "tests/testkit/qstring_printer.h"
 #include "tests/testkit/scripted_user.h"
 #include "tests/testkit/window_driver.h"
@@ -21,9 +19,6 @@
 #include "framework/time/clock.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
-#include <QDir>
-#include <QFileInfo>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -34,59 +29,29 @@ namespace {
 
 namespace sim = tessaly::telephony::simulator;
 namespace testkit = tessaly::testkit;
+using e2e_test::savePicture;
+using e2e_test::settleUntil;
+using e2e_test::windowsOf;
 
 class ComposeEndToEnd : public ::testing::Test {
 protected:
     void SetUp() override {
         ASSERT_TRUE(dataDir_.isValid());
-        tessaly::setDataDirectory(dataDir_.path());
-        ASSERT_TRUE(tessaly::host::recordSystemLanguage(QStringLiteral("en_GB.UTF-8")));
-        tessaly::telephony::Options options;
-        options.segmentDelayMs = 0;
-        options.simTransferDelayMs = 0;
-        ASSERT_TRUE(tessaly::telephony::open(options).isOk());
+        ASSERT_TRUE(e2e_test::openPhoneData(dataDir_.path()));
     }
-    void TearDown() override {
-        tessaly::telephony::close();
-        tessaly::setDataDirectory(QString());
-    }
+    void TearDown() override { e2e_test::closePhoneData(); }
 
-    // Runs the loop until `done` holds (the radio sends on real timers) or a second has passed.
-    template <typename Done> static bool settleUntil(Done done) {
-        const QDeadlineTimer deadline(1000);
-        do {
-            QCoreApplication::processEvents();
-            tessaly::telephony::EventQueue::instance().deliverAll();
-            if (done())
-                return true;
-        } while (!deadline.hasExpired());
-        return false;
-    }
+    // A second of the loop: enough for the radio's real timers.
     static void settle() {
         settleUntil([] { return false; });
-    }
-
-    static bool savePicture(const tessaly::host::PhoneWindow& phone, const QString& name) {
-        const QString path = testkit::testOutputPath(name);
-        QDir().mkpath(QFileInfo(path).absolutePath());
-        return tessaly::host::grabPhone(phone).save(path);
-    }
-
-    static std::vector<tessaly::Dialog*> windowsOf(int templateId) {
-        std::vector<tessaly::Dialog*> found;
-        for (tessaly::Dialog* dialog : tessaly::Dialog::windows())
-            if (dialog->templateId() == templateId && dialog->isWindow())
-                found.push_back(dialog);
-        return found;
     }
 
     // Starts the module in the phone and opens the main window from the home screen; nullptr
     // when it did not come.
     static tessaly::Dialog* openMessages(tessaly::host::PhoneWindow& phone,
                                          tessaly::host::HostSession& session) {
-        QString error;
-        if (!session.start(QStringLiteral(TESSALY_SMS_MODULE_PATH), &error)) {
-            ADD_FAILURE() << error.toStdString();
+        if (!e2e_test::startModule(session)) {
+            ADD_FAILURE() << "the module did not start";
             return nullptr;
         }
         phone.homeScreen()->messagesButton()->click();

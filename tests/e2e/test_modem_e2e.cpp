@@ -7,26 +7,21 @@
 #include "suite/host/host_session.h"
 #include "suite/host/phone_window.h"
 #include "suite/host/radio_choice.h"
-#include "suite/host/screenshot.h"
-#include "suite/host/system_language.h"
 #include "suite/modem-emulator/emulated_modem.h"
 #include "suite/modem-emulator/ports.h"
 #include "suite/telephony/events.h"
 #include "suite/telephony/modemmanager_backend.h"
 #include "suite/telephony/telephony.h"
+#include "tests/e2e/phone_test_support.h"
 #include "tests/testkit/scripted_user.h"
 #include "tests/testkit/window_driver.h"
-
-#include "framework/datadir.h"
 
 #include <QCoreApplication>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVariant>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QFileInfo>
 #include <QProcess>
 #include <QPushButton>
 #include <QStandardPaths>
@@ -42,6 +37,7 @@ namespace modem = tessaly::modem;
 namespace pdu = tessaly::pdu;
 namespace telephony = tessaly::telephony;
 namespace testkit = tessaly::testkit;
+using e2e_test::windowsOf;
 
 constexpr auto kService = "org.freedesktop.ModemManager1";
 constexpr int kModemStateDisabled = 3;
@@ -77,12 +73,7 @@ protected:
             GTEST_SKIP() << "ModemManager or dbus-daemon is not installed (tools/install-deps "
                             "installs the Debian packages modemmanager and dbus-daemon)";
         ASSERT_TRUE(work_.isValid());
-        tessaly::setDataDirectory(work_.filePath(QStringLiteral("data")));
-        ASSERT_TRUE(tessaly::host::recordSystemLanguage(QStringLiteral("en_GB.UTF-8")));
-        telephony::Options options;
-        options.segmentDelayMs = 0;
-        options.simTransferDelayMs = 0;
-        ASSERT_TRUE(telephony::open(options).isOk());
+        ASSERT_TRUE(e2e_test::openPhoneData(work_.filePath(QStringLiteral("data"))));
 
         // A private bus, so that nothing of the machine's own buses is touched.
         bus_.setProgram(dbusDaemon);
@@ -139,8 +130,7 @@ protected:
         }
         if (connection_)
             QDBusConnection::disconnectFromBus(QStringLiteral("modem-e2e"));
-        telephony::close();
-        tessaly::setDataDirectory(QString());
+        e2e_test::closePhoneData();
     }
 
     // What ModemManager's plugin tests do: a virtual device whose AT port is a unix socket.
@@ -180,14 +170,6 @@ protected:
             std::fprintf(stderr, "%s\n", lines[i].constData());
         std::fprintf(stderr, "---- commands the emulator did not know: %zu\n",
                      emulated_ ? emulated_->unknownCommands().size() : 0);
-    }
-
-    static std::vector<tessaly::Dialog*> windowsOf(int templateId) {
-        std::vector<tessaly::Dialog*> found;
-        for (tessaly::Dialog* dialog : tessaly::Dialog::windows())
-            if (dialog->templateId() == templateId && dialog->isWindow())
-                found.push_back(dialog);
-        return found;
     }
 
     static std::vector<std::u16string> inboxTexts() {
@@ -236,9 +218,7 @@ TEST_F(ModemEndToEnd, SendsAndReceivesThroughModemManager) {
     tessaly::host::PhoneWindow phone;
     phone.show();
     tessaly::host::HostSession session(&phone);
-    QString error;
-    ASSERT_TRUE(session.start(QStringLiteral(TESSALY_SMS_MODULE_PATH), &error))
-        << error.toStdString();
+    ASSERT_TRUE(e2e_test::startModule(session));
 
     const tessaly::host::RadioChoice radio =
         tessaly::host::chooseRadio(tessaly::host::RadioKind::ModemManager, *connection_);
@@ -309,9 +289,7 @@ TEST_F(ModemEndToEnd, SendsAndReceivesThroughModemManager) {
         << "the modem's copies of received messages were not deleted";
     EXPECT_EQ(phone.homeScreen()->unreadText(), QStringLiteral("2 new messages"));
     waitFor([] { return false; }, 300);
-    const QString picture = testkit::testOutputPath(QStringLiteral("modem_new_message.png"));
-    QDir().mkpath(QFileInfo(picture).absolutePath());
-    EXPECT_TRUE(tessaly::host::grabPhone(phone).save(picture));
+    EXPECT_TRUE(e2e_test::savePicture(phone, QStringLiteral("modem_new_message.png")));
     session.stop();
 }
 

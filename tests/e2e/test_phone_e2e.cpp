@@ -1,4 +1,3 @@
-#include "framework/datadir.h"
 #include "framework/registry/profile.h"
 #include "framework/ui/controls.h"
 #include "framework/ui/dialog.h"
@@ -6,11 +5,10 @@
 #include "suite/host/demo_data.h"
 #include "suite/host/host_session.h"
 #include "suite/host/phone_window.h"
-#include "suite/host/screenshot.h"
-#include "suite/host/system_language.h"
 #include "suite/telephony/events.h"
 #include "suite/telephony/simulator.h"
 #include "suite/telephony/telephony.h"
+#include "tests/e2e/phone_test_support.h"
 #include "tests/testkit/scripted_user.h"
 #include "tests/testkit/virtual_clock.h"
 #include "tests/testkit/window_driver.h"
@@ -20,8 +18,6 @@
 
 #include <QComboBox>
 #include <QCoreApplication>
-#include <QDir>
-#include <QFileInfo>
 #include <QPushButton>
 #include <QTemporaryDir>
 
@@ -30,44 +26,22 @@
 namespace {
 
 namespace sim = tessaly::telephony::simulator;
+using e2e_test::savePicture;
+using e2e_test::windowsOf;
 
 class PhoneEndToEnd : public ::testing::Test {
 protected:
     void SetUp() override {
         ASSERT_TRUE(dataDir_.isValid());
-        tessaly::setDataDirectory(dataDir_.path());
-        ASSERT_TRUE(tessaly::host::recordSystemLanguage(QStringLiteral("en_GB.UTF-8")));
-        tessaly::telephony::Options options;
-        options.segmentDelayMs = 0;
-        options.simTransferDelayMs = 0;
-        ASSERT_TRUE(tessaly::telephony::open(options).isOk());
+        ASSERT_TRUE(e2e_test::openPhoneData(dataDir_.path()));
     }
-    void TearDown() override {
-        tessaly::telephony::close();
-        tessaly::setDataDirectory(QString());
-    }
+    void TearDown() override { e2e_test::closePhoneData(); }
 
     static void settle() {
         for (int round = 0; round < 50; ++round) {
             QCoreApplication::processEvents();
             tessaly::telephony::EventQueue::instance().deliverAll();
         }
-    }
-
-    // A picture of the whole phone in the build folder's test output, for a person to look at.
-    static bool savePicture(const tessaly::host::PhoneWindow& phone, const QString& name) {
-        const QString path = tessaly::testkit::testOutputPath(name);
-        QDir().mkpath(QFileInfo(path).absolutePath());
-        return tessaly::host::grabPhone(phone).save(path);
-    }
-
-    // The module's windows of one template (the framework is shared by host and module).
-    static std::vector<tessaly::Dialog*> windowsOf(int templateId) {
-        std::vector<tessaly::Dialog*> found;
-        for (tessaly::Dialog* dialog : tessaly::Dialog::windows())
-            if (dialog->templateId() == templateId)
-                found.push_back(dialog);
-        return found;
     }
 
 private:
@@ -81,9 +55,7 @@ TEST_F(PhoneEndToEnd, TheHostLoadsTheModuleRoutesEventsToItAndUnloadsIt) {
     phone.show();
     tessaly::host::HostSession session(&phone);
 
-    QString error;
-    ASSERT_TRUE(session.start(QStringLiteral(TESSALY_SMS_MODULE_PATH), &error))
-        << error.toStdString();
+    ASSERT_TRUE(e2e_test::startModule(session));
     // The module's application object ran while it loaded.
     EXPECT_EQ(tessaly::profile::registryKey(), QStringLiteral("Halvern\\Tessaly"));
     EXPECT_EQ(tessaly::profile::profileName(), QStringLiteral("SMS"));
@@ -186,9 +158,7 @@ TEST_F(PhoneEndToEnd, TheSimulatorPanelDrivesEveryNotification) {
     tessaly::host::PhoneWindow phone;
     phone.show();
     tessaly::host::HostSession session(&phone);
-    QString error;
-    ASSERT_TRUE(session.start(QStringLiteral(TESSALY_SMS_MODULE_PATH), &error))
-        << error.toStdString();
+    ASSERT_TRUE(e2e_test::startModule(session));
     const auto button = [&phone](const char* name) {
         return phone.simulator()->findChild<QPushButton*>(QLatin1String(name));
     };

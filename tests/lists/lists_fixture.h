@@ -69,10 +69,7 @@ protected:
 
     void TearDown() override {
         WindowTest::TearDown();
-        settle();
-        tessaly::telephony::close();
-        tessaly::telephony::installHostHooks({});
-        tessaly::setCurrentResources(nullptr);
+        telephony_test::closeStore();
     }
 
     static void settle() { telephony_test::settle(); }

@@ -27,6 +27,23 @@ namespace simulator = tessaly::telephony::simulator;
 namespace testkit = tessaly::testkit;
 using tessaly::sms::moduleContext;
 
+// Posted window messages and the library's queued events, until nothing moves.
+inline void settleModule() {
+    for (int round = 0; round < 20; ++round) {
+        testkit::pumpMessages();
+        tessaly::telephony::EventQueue::instance().deliverAll();
+    }
+}
+
+// The end of a test of the module in-process, after exitModule and WindowTest::TearDown: what
+// is left is delivered, then the module's state, the host hooks and the library go.
+inline void closeModuleStore() {
+    settleModule();
+    moduleContext() = tessaly::sms::ModuleContext();
+    tessaly::telephony::installHostHooks({});
+    tessaly::telephony::close();
+}
+
 class ModuleWindowTest : public testkit::WindowTest {
 protected:
     void SetUp() override {
@@ -61,19 +78,10 @@ protected:
     void TearDown() override {
         exitModule();
         WindowTest::TearDown();
-        settle();
-        moduleContext() = tessaly::sms::ModuleContext();
-        tessaly::telephony::installHostHooks({});
-        tessaly::telephony::close();
+        closeModuleStore();
     }
 
-    // Posted window messages and the library's queued events, until nothing moves.
-    static void settle() {
-        for (int round = 0; round < 20; ++round) {
-            testkit::pumpMessages();
-            tessaly::telephony::EventQueue::instance().deliverAll();
-        }
-    }
+    static void settle() { settleModule(); }
     // Lets the radio or the SIM move take one step (each step is a timer turn), then settles.
     void step(int turns = 1) {
         for (int i = 0; i < turns; ++i) {

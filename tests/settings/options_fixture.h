@@ -14,6 +14,7 @@
 #include "suite/telephony/host_hooks.h"
 #include "suite/telephony/simulator.h"
 #include "suite/telephony/telephony.h"
+#include "tests/suite/telephony/store_test_support.h"
 #include "tests/testkit/window_test.h"
 
 #include <functional>
@@ -55,22 +56,10 @@ protected:
 
     void TearDown() override {
         WindowTest::TearDown();
-        settle();
-        tessaly::telephony::close();
-        tessaly::telephony::installHostHooks({});
-        tessaly::setCurrentResources(nullptr);
+        telephony_test::closeStore();
     }
 
-    // Delivers the library's queued events and the windows' posted messages.
-    void settle() {
-        auto& queue = tessaly::telephony::EventQueue::instance();
-        for (int round = 0; round < 100; ++round) {
-            tessaly::testkit::pumpMessages();
-            queue.deliverAll();
-            if (!queue.hasPending())
-                return;
-        }
-    }
+    static void settle() { telephony_test::settle(); }
 
     static GSM::MainPreferences& preferences() { return *GSM::Preferences::getMainPreferences(); }
 

@@ -10,13 +10,9 @@
 #include "suite/telephony/simulator.h"
 #include "suite/telephony/telephony.h"
 #include "templates/factory_defaults.h"
+#include "tests/testkit/qstring_printer.h"
+#include "tests/testkit/system_time.h"
 #include "tests/testkit/window_test.h"
-
-#include <ostream>
-
-inline void PrintTo(const QString& text, std::ostream* out) {
-    *out << '"' << text.toStdString() << '"';
-}
 
 namespace {
 
@@ -56,15 +52,7 @@ protected:
     }
 };
 
-SYSTEMTIME at(int year, int month, int day, int hour, int minute) {
-    SYSTEMTIME time{};
-    time.wYear = WORD(year);
-    time.wMonth = WORD(month);
-    time.wDay = WORD(day);
-    time.wHour = WORD(hour);
-    time.wMinute = WORD(minute);
-    return time;
-}
+using tessaly::testkit::at;
 
 class EditValueMenuTest : public testkit::WindowTest {
 protected:

@@ -3,15 +3,11 @@
 #include "framework/resources/resources.h"
 #include "resources/resource.h"
 #include "resources/sms_resources.h"
+#include "tests/testkit/qstring_printer.h"
+#include "tests/testkit/system_time.h"
 #include "tests/testkit/window_test.h"
 
 #include <QGroupBox>
-
-#include <ostream>
-
-inline void PrintTo(const QString& text, std::ostream* out) {
-    *out << '"' << text.toStdString() << '"';
-}
 
 namespace {
 
@@ -20,14 +16,7 @@ using tessaly::sms::DateTimePickerDialog;
 using tessaly::sms::DateTimePickerMode;
 
 SYSTEMTIME at(int year, int month, int day, int hour, int minute) {
-    SYSTEMTIME time{};
-    time.wYear = WORD(year);
-    time.wMonth = WORD(month);
-    time.wDay = WORD(day);
-    time.wHour = WORD(hour);
-    time.wMinute = WORD(minute);
-    time.wSecond = 42;
-    return time;
+    return tessaly::testkit::at(year, month, day, hour, minute, 42);
 }
 
 class DateTimePickerTest : public tessaly::testkit::WindowTest {

@@ -1,6 +1,7 @@
 #include "util/date_time_text.h"
 
 #include "framework/time/clock.h"
+#include "tests/testkit/system_time.h"
 
 #include <gtest/gtest.h>
 
@@ -17,22 +18,8 @@ public:
     void stopTimer(tessaly::TimerHandle) override {}
 };
 
-SYSTEMTIME at(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
-    SYSTEMTIME t;
-    t.wYear = WORD(year);
-    t.wMonth = WORD(month);
-    t.wDay = WORD(day);
-    t.wHour = WORD(hour);
-    t.wMinute = WORD(minute);
-    t.wSecond = WORD(second);
-    return t;
-}
-
-FILETIME fileTime(const SYSTEMTIME& t) {
-    FILETIME result;
-    EXPECT_TRUE(SystemTimeToFileTime(&t, &result));
-    return result;
-}
+using tessaly::testkit::at;
+using tessaly::testkit::fileTime;
 
 const FILETIME kNotADate = fileTimeFromUInt64(0x8000000000000000ULL);
 

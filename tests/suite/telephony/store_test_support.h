@@ -2,29 +2,24 @@
 
 // Small helpers of window tests that run against a telephony store: calendar times as the
 // store's FILETIMEs, and delivering the library's queued events together with the windows'
-// posted messages until both are quiet.
+// posted messages until both are quiet (and, given the virtual clock, its timers too).
 
+#include "framework/resources/resources.h"
 #include "framework/time/clock.h"
 #include "suite/telephony/events.h"
+#include "suite/telephony/host_hooks.h"
+#include "suite/telephony/telephony.h"
+#include "tests/testkit/system_time.h"
+#include "tests/testkit/virtual_clock.h"
 #include "tests/testkit/window_driver.h"
+
+#include <cstdint>
+#include <optional>
 
 namespace telephony_test {
 
-inline SYSTEMTIME at(int year, int month, int day, int hour = 0, int minute = 0) {
-    SYSTEMTIME time{};
-    time.wYear = WORD(year);
-    time.wMonth = WORD(month);
-    time.wDay = WORD(day);
-    time.wHour = WORD(hour);
-    time.wMinute = WORD(minute);
-    return time;
-}
-
-inline FILETIME fileTime(const SYSTEMTIME& time) {
-    FILETIME result{};
-    SystemTimeToFileTime(&time, &result);
-    return result;
-}
+using tessaly::testkit::at;
+using tessaly::testkit::fileTime;
 
 inline void settle() {
     auto& queue = tessaly::telephony::EventQueue::instance();
@@ -34,6 +29,29 @@ inline void settle() {
         if (!queue.hasPending())
             return;
     }
+}
+
+// As settle(), and moves `clock` on one millisecond at a time while a timer falls due within
+// the next one, so that the radio (one segment per millisecond) finishes what it started.
+inline void settle(tessaly::testkit::VirtualClock& clock) {
+    auto& queue = tessaly::telephony::EventQueue::instance();
+    for (int round = 0; round < 2000; ++round) {
+        tessaly::testkit::pumpMessages();
+        queue.deliverAll();
+        const std::optional<std::int64_t> due = clock.nextDueInMs();
+        if (!queue.hasPending() && (!due || *due > 1))
+            return;
+        clock.advance(1);
+    }
+}
+
+// The end of a window test against the store: what is still queued or posted is delivered, then
+// the library closes and the host hooks and the module's resources are taken away.
+inline void closeStore() {
+    settle();
+    tessaly::telephony::close();
+    tessaly::telephony::installHostHooks({});
+    tessaly::setCurrentResources(nullptr);
 }
 
 } // namespace telephony_test
