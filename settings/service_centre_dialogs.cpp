@@ -56,7 +56,7 @@ protected:
 
 private:
     ListView& view_;
-    const QObject* viewport_;
+    QObject* viewport_;
     std::function<void()> tapped_;
 };
 
