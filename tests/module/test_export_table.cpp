@@ -12,8 +12,8 @@
 
 namespace {
 
-// The names of the symbols a 64-bit ELF shared object defines in its dynamic symbol table
-// (what `nm -D --defined-only` lists).
+// The names of the symbols a 64-bit ELF shared object exports: defined in its dynamic symbol
+// table with a binding other than local (a local entry the linker left there binds nothing).
 std::set<std::string> definedDynamicSymbols(const QByteArray& file) {
     std::set<std::string> names;
     if (file.size() < qsizetype(sizeof(Elf64_Ehdr)))
@@ -39,7 +39,7 @@ std::set<std::string> definedDynamicSymbols(const QByteArray& file) {
              at += sizeof(Elf64_Sym)) {
             Elf64_Sym symbol;
             std::memcpy(&symbol, file.constData() + at, sizeof symbol);
-            if (symbol.st_shndx == SHN_UNDEF)
+            if (symbol.st_shndx == SHN_UNDEF || ELF64_ST_BIND(symbol.st_info) == STB_LOCAL)
                 continue;
             names.insert(file.constData() + strings.sh_offset + symbol.st_name);
         }
