@@ -1,5 +1,7 @@
 #include "suite/telephony/length_info.h"
 
+#include "suite/telephony/pdu/gsm_alphabet.h"
+
 #include <array>
 #include <cstdint>
 
@@ -11,21 +13,12 @@ namespace tessaly::telephony {
 
 namespace {
 
-// Septets per code point below U+0100; characters above are handled by gsmSeptets' switch.
+// Septets per code point below U+0100, read from the codec's alphabet once at compile time so
+// that the loop below pays one load per character.
 constexpr std::array<std::uint8_t, 256> makeLatinTable() {
     std::array<std::uint8_t, 256> table{};
-    for (int c = 0x20; c <= 0x7e; ++c)
-        table[c] = 1;
-    table[u'`'] = 0; // the only printable ASCII character missing from the alphabet
-    for (char16_t c : {u'^', u'{', u'}', u'\\', u'[', u']', u'~', u'|'})
-        table[c] = 2;
-    table[u'\n'] = 1;
-    table[u'\r'] = 1;
-    table[0x0c] = 2; // form feed lives in the extension table
-    for (char16_t c :
-         {u'£', u'¥', u'è', u'é', u'ù', u'ì', u'ò', u'Ç', u'Ø', u'ø', u'Å', u'å', u'Æ', u'æ', u'ß',
-          u'É', u'¤', u'¡', u'Ä', u'Ö', u'Ñ', u'Ü', u'§', u'¿', u'ä', u'ö', u'ñ', u'ü', u'à'})
-        table[c] = 1;
+    for (char16_t c = 0; c < table.size(); ++c)
+        table[c] = std::uint8_t(pdu::septetWidth(c));
     return table;
 }
 
@@ -42,25 +35,7 @@ inline bool isLowSurrogate(char16_t c) {
 // Inlined into the loop: an exported function of a shared library would be called through
 // its PLT entry for every character.
 inline int septetsOf(char16_t c) {
-    if (c < 0x100)
-        return kLatin[c];
-    switch (c) {
-    case u'Δ':
-    case u'Φ':
-    case u'Γ':
-    case u'Λ':
-    case u'Ω':
-    case u'Π':
-    case u'Ψ':
-    case u'Σ':
-    case u'Θ':
-    case u'Ξ':
-        return 1;
-    case u'€':
-        return 2;
-    default:
-        return 0;
-    }
+    return c < 0x100 ? kLatin[c] : pdu::septetWidth(c);
 }
 
 #if defined(__SSE2__)
