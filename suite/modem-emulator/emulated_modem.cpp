@@ -410,8 +410,7 @@ EmulatedModem::Outcome EmulatedModem::finishPdu(std::string_view hex) {
     if (!decoded || !std::holds_alternative<pdu::Submit>(decoded->tpdu))
         return cmsError(kInvalidPduParameter);
     if (pending.write) {
-        const auto index =
-            put(writeStorage_, {Status(std::clamp(pending.status, 0, 3)), *bytes, pending.length});
+        const auto index = put(writeStorage_, {Status(std::clamp(pending.status, 0, 3)), *bytes});
         if (!index)
             return cmsError(kMemoryFull);
         info("+CMGW: " + std::to_string(*index));
@@ -446,8 +445,11 @@ EmulatedModem::Outcome EmulatedModem::readMessage(int index) {
 
 // A stored message as +CMGL and +CMGR show it; reading marks it read.
 void EmulatedModem::show(const std::string& header, int index, Slot& slot) {
-    info(header + std::to_string(int(slot.status)) + ",," + std::to_string(slot.tpduLength) +
-         "\r\n" + pdu::toHex(slot.bytes));
+    // The length counts the TPDU alone, as +CMGS and +CMGW take it.
+    const std::size_t tpduLength =
+        slot.bytes.size() - pdu::serviceCentreLength(slot.bytes).value_or(0);
+    info(header + std::to_string(int(slot.status)) + ",," + std::to_string(tpduLength) + "\r\n" +
+         pdu::toHex(slot.bytes));
     if (slot.status == Status::ReceivedUnread)
         slot.status = Status::ReceivedRead;
     if (announced_ == index)
@@ -519,9 +521,7 @@ std::optional<int> EmulatedModem::store(const pdu::Deliver& message, bool read) 
     const auto bytes = pdu::encodeWithServiceCentre(full);
     if (!bytes)
         return std::nullopt;
-    const std::size_t prefix = pdu::serviceCentreLength(*bytes).value_or(1);
-    return put(receiveStorage_, {read ? Status::ReceivedRead : Status::ReceivedUnread, *bytes,
-                                 bytes->size() - prefix});
+    return put(receiveStorage_, {read ? Status::ReceivedRead : Status::ReceivedUnread, *bytes});
 }
 
 std::optional<int> EmulatedModem::deliver(const pdu::Deliver& message) {

@@ -77,7 +77,6 @@ private:
     struct Slot {
         Status status;
         pdu::Bytes bytes; // service-centre address and TPDU
-        std::size_t tpduLength;
     };
     using Storage = std::map<int, Slot>;
     enum class Outcome { Ok, Error, Silent };
