@@ -79,17 +79,17 @@ void Store::radioStep() {
         MessageRecord* message = findMessage(id);
         if (!message || message->status != GSM::Message::SendNow)
             continue;
+        const std::vector<std::u16string> numbers = message->addressNumbers();
         Job job;
         job.id = id;
-        job.recipients = int(message->addressNumbers().size());
+        job.recipients = int(numbers.size());
         job.segments = std::max(1, measureText(message->text.c_str()).messages);
         job_ = job;
         if (job.recipients == 0) {
             finishJob(failure(GSM::ErrorNoRecipient, u"The message has no recipient."));
             continue;
         }
-        if (const std::vector<std::u16string> numbers = message->addressNumbers();
-            std::any_of(numbers.begin(), numbers.end(), [](const std::u16string& number) {
+        if (std::any_of(numbers.begin(), numbers.end(), [](const std::u16string& number) {
                 return number.find_first_not_of(u" \t\r\n") == std::u16string::npos;
             })) {
             finishJob(failure(GSM::ErrorNoRecipient, u"A recipient of the message has no number."));
