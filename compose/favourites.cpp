@@ -54,8 +54,7 @@ QString Favourites::number(const QString& entry) {
 
 QString Favourites::favouriteTextFor(const QString& firstRecipient) {
     const QString number = firstRecipient.trimmed();
-    const std::u16string wide = number.toStdU16String();
-    const GSM::Contact* contact = GSM::PhoneBook::lookup(wide.c_str());
+    const GSM::Contact* contact = GSM::PhoneBook::lookup(toWide(number));
     if (!contact)
         return firstRecipient;
     return fromWide(contact->getText(GSM::Contact::FieldFirstName)) + u' ' +

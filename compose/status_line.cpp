@@ -3,6 +3,7 @@
 #include "framework/resources/resources.h"
 #include "module/telephony/sms.h"
 #include "resources/resource.h"
+#include "util/wide_text.h"
 
 namespace tessaly::sms {
 
@@ -16,8 +17,7 @@ QString counterText(int characters, int messages) {
 QString counterTextFor(const QString& messageText) {
     int characters = 0;
     int messages = 0;
-    GSM::sms.getLengthInfo(reinterpret_cast<const WCHAR*>(messageText.utf16()), &characters,
-                           &messages);
+    GSM::sms.getLengthInfo(toWide(messageText), &characters, &messages);
     return counterText(characters, messages);
 }
 

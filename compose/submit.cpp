@@ -79,8 +79,8 @@ bool MessageSubmitter::submitMessage(bool askSender, bool updateFavourites) {
         Favourites::remember(Favourites::favouriteTextFor(firstRecipient(form_.toText)));
     // The library's results are not examined: the composer closes whatever they say, and the
     // Outbox shows what became of the message.
-    current_->setServiceCentre(reinterpret_cast<const WCHAR*>(form_.serviceCentre.utf16()));
-    current_->setText(reinterpret_cast<const WCHAR*>(text.utf16()));
+    current_->setServiceCentre(toWide(form_.serviceCentre));
+    current_->setText(toWide(text));
     current_->setUseSameServiceCentre(form_.sameServiceCentre);
     current_->endEdit(false);
     current_ = nullptr;

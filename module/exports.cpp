@@ -62,6 +62,15 @@ ModuleComposerEnvironment& composerEnvironment() {
     return environment;
 }
 
+// The one sending notification, shared by the progress and the completion export; created
+// hidden when there is none. Null when it cannot be created.
+tessaly::sms::SendingNotification* sendingNotification() {
+    auto& slot = moduleContext().sendingNotification;
+    if (!slot)
+        slot = tessaly::sms::SendingNotification::createHidden();
+    return slot;
+}
+
 } // namespace
 
 void initModule(void* hostIdle) {
@@ -122,25 +131,18 @@ void openSendingNotification(long id, int recipient, int segment, int segments, 
     auto& context = moduleContext();
     if (!settings.showProgress || context.sendingNotificationSuppressed)
         return;
-    if (!context.sendingNotification) {
-        context.sendingNotification = tessaly::sms::SendingNotification::createHidden();
-        if (!context.sendingNotification)
-            return;
-    }
-    tessaly::sms::SendingNotification* window = context.sendingNotification;
+    tessaly::sms::SendingNotification* window = sendingNotification();
+    if (!window)
+        return;
     window->showWindow(SW_SHOW);
     window->showProgress(id, recipient, segment, segments, reserved1, reserved2);
 }
 
 void openSendingCompletion(GSM::Result result, bool plural) {
     const ModuleScope scope;
-    auto& context = moduleContext();
-    if (!context.sendingNotification) {
-        context.sendingNotification = tessaly::sms::SendingNotification::createHidden();
-        if (!context.sendingNotification)
-            return;
-    }
-    tessaly::sms::SendingNotification* window = context.sendingNotification;
+    tessaly::sms::SendingNotification* window = sendingNotification();
+    if (!window)
+        return;
     window->setCompletion(result, plural);
     window->showWindow(SW_HIDE);
     window->postMessage(WM_APP);

@@ -17,7 +17,6 @@
 #include "framework/resources/module_state.h"
 #include "settings/sms_settings.h"
 
-#include <utility>
 #include <vector>
 
 namespace tessaly {
@@ -77,16 +76,6 @@ bool hasOpenWindows();
 // Hands control back to the host (GSM::moduleIdle with its idle pointer) when no window of the
 // module is left; the new-message notification and the SIM window call it once destroyed.
 void handBackControlIfIdle();
-// Creates a window object and its window, hidden; null, with nothing left behind, when the
-// window cannot be created.
-template <typename Window, typename... Args> Window* createHiddenWindow(Args&&... args) {
-    auto* window = new Window(std::forward<Args>(args)...);
-    if (!window->create()) {
-        delete window;
-        return nullptr;
-    }
-    return window;
-}
 // A window is gone: its slot forgets it, but only while it still holds it (a window finishing
 // its destruction late never clears a newer one). True when the slot held it.
 template <typename Window> bool forgetWindow(Window*& slot, const Window* window) {

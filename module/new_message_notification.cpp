@@ -1,6 +1,7 @@
 #include "module/new_message_notification.h"
 
 #include "framework/resources/resources.h"
+#include "framework/ui/modeless.h"
 #include "framework/ui/useragent.h"
 #include "lists/message_texts.h"
 #include "module/module_state.h"
@@ -18,10 +19,7 @@ NewMessageNotification::NewMessageNotification(long messageId)
 }
 
 NewMessageNotification* NewMessageNotification::open(long messageId) {
-    auto* window = createHiddenWindow<NewMessageNotification>(messageId);
-    if (window)
-        window->showWindow(SW_SHOW);
-    return window;
+    return showModeless(new NewMessageNotification(messageId));
 }
 
 bool NewMessageNotification::onInitDialog() {

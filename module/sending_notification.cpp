@@ -2,6 +2,7 @@
 
 #include "framework/resources/resources.h"
 #include "framework/time/thread_timer.h"
+#include "framework/ui/modeless.h"
 #include "framework/ui/useragent.h"
 #include "lists/message_texts.h"
 #include "module/module_state.h"
@@ -21,7 +22,7 @@ SendingNotification::~SendingNotification() {
 }
 
 SendingNotification* SendingNotification::createHidden() {
-    return createHiddenWindow<SendingNotification>();
+    return createModeless(new SendingNotification);
 }
 
 bool SendingNotification::onInitDialog() {

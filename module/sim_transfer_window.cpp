@@ -1,6 +1,7 @@
 #include "module/sim_transfer_window.h"
 
 #include "framework/resources/resources.h"
+#include "framework/ui/modeless.h"
 #include "framework/ui/useragent.h"
 #include "lists/message_texts.h"
 #include "module/module_state.h"
@@ -30,7 +31,7 @@ SimTransferWindow::SimTransferWindow(int count, int capacity)
 }
 
 SimTransferWindow* SimTransferWindow::createHidden(int count, int capacity) {
-    return createHiddenWindow<SimTransferWindow>(count, capacity);
+    return createModeless(new SimTransferWindow(count, capacity));
 }
 
 bool SimTransferWindow::onInitDialog() {

@@ -61,11 +61,7 @@ protected:
         };
         hooks.isServiceAvailable = [](GSM::ServiceId) { return true; };
         tessaly::telephony::installHostHooks(hooks);
-        tessaly::telephony::Options options;
-        options.databasePath = QStringLiteral(":memory:");
-        options.segmentDelayMs = 0;
-        options.simTransferDelayMs = 0;
-        ASSERT_TRUE(tessaly::telephony::open(options).isOk());
+        ASSERT_TRUE(telephony_test::openInstantStore());
         environment.record.insertGreeting = false;
         environment.record.insertSignature = false;
     }

@@ -20,6 +20,7 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFileInfo>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -43,6 +44,19 @@ inline void closePhoneData() {
     tessaly::telephony::close();
     tessaly::setDataDirectory(QString());
 }
+
+// Each test runs on a phone data directory of its own, removed afterwards.
+class PhoneDataTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(dataDir_.isValid());
+        ASSERT_TRUE(openPhoneData(dataDir_.path()));
+    }
+    void TearDown() override { closePhoneData(); }
+
+private:
+    QTemporaryDir dataDir_;
+};
 
 // Loads Sms.tsm into the phone's session.
 inline ::testing::AssertionResult startModule(tessaly::host::HostSession& session) {

@@ -21,7 +21,6 @@
 #include <QCoreApplication>
 #include <QPushButton>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -33,14 +32,8 @@ using e2e_test::savePicture;
 using e2e_test::settleUntil;
 using e2e_test::windowsOf;
 
-class ComposeEndToEnd : public ::testing::Test {
+class ComposeEndToEnd : public e2e_test::PhoneDataTest {
 protected:
-    void SetUp() override {
-        ASSERT_TRUE(dataDir_.isValid());
-        ASSERT_TRUE(e2e_test::openPhoneData(dataDir_.path()));
-    }
-    void TearDown() override { e2e_test::closePhoneData(); }
-
     // A second of the loop: enough for the radio's real timers.
     static void settle() {
         settleUntil([] { return false; });
@@ -65,9 +58,6 @@ protected:
             GSM::sms.getMessages(GSM::Sms::FolderOutbox, GSM::Sms::SortByDate);
         return outbox && outbox->size() > 0 ? outbox->get(outbox->size() - 1) : nullptr;
     }
-
-private:
-    QTemporaryDir dataDir_;
 };
 
 TEST_F(ComposeEndToEnd, NewMessageIsSentAndReplyAddressesTheSender) {

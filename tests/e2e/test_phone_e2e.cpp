@@ -19,7 +19,6 @@
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QPushButton>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -29,23 +28,14 @@ namespace sim = tessaly::telephony::simulator;
 using e2e_test::savePicture;
 using e2e_test::windowsOf;
 
-class PhoneEndToEnd : public ::testing::Test {
+class PhoneEndToEnd : public e2e_test::PhoneDataTest {
 protected:
-    void SetUp() override {
-        ASSERT_TRUE(dataDir_.isValid());
-        ASSERT_TRUE(e2e_test::openPhoneData(dataDir_.path()));
-    }
-    void TearDown() override { e2e_test::closePhoneData(); }
-
     static void settle() {
         for (int round = 0; round < 50; ++round) {
             QCoreApplication::processEvents();
             tessaly::telephony::EventQueue::instance().deliverAll();
         }
     }
-
-private:
-    QTemporaryDir dataDir_;
 };
 
 TEST_F(PhoneEndToEnd, TheHostLoadsTheModuleRoutesEventsToItAndUnloadsIt) {

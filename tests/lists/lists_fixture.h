@@ -59,11 +59,7 @@ protected:
         };
         hooks.setActiveService = [this](GSM::ServiceId id) { activeServices.push_back(id); };
         tessaly::telephony::installHostHooks(hooks);
-        tessaly::telephony::Options options;
-        options.databasePath = QStringLiteral(":memory:");
-        options.segmentDelayMs = 0;
-        options.simTransferDelayMs = 0;
-        ASSERT_TRUE(tessaly::telephony::open(options).isOk());
+        ASSERT_TRUE(telephony_test::openInstantStore());
         clock.setLocalNow(at(2024, 5, 17, 10, 0));
     }
 

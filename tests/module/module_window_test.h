@@ -15,6 +15,7 @@
 #include "suite/telephony/host_hooks.h"
 #include "suite/telephony/simulator.h"
 #include "suite/telephony/telephony.h"
+#include "tests/suite/telephony/store_test_support.h"
 #include "tests/testkit/window_test.h"
 
 #include <QByteArray>
@@ -48,11 +49,7 @@ class ModuleWindowTest : public testkit::WindowTest {
 protected:
     void SetUp() override {
         WindowTest::SetUp();
-        tessaly::telephony::Options options;
-        options.databasePath = QStringLiteral(":memory:");
-        options.segmentDelayMs = 0;
-        options.simTransferDelayMs = 0;
-        ASSERT_TRUE(tessaly::telephony::open(options).isOk());
+        ASSERT_TRUE(telephony_test::openInstantStore());
         tessaly::telephony::HostHooks hooks;
         hooks.editMessage = [this](GSM::Message* message) { edited.push_back(message); };
         hooks.openMessageNotification = openMessageNotification;

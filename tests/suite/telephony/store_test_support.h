@@ -45,6 +45,16 @@ inline void settle(tessaly::testkit::VirtualClock& clock) {
     }
 }
 
+// Opens the library on a store in memory whose radio and SIM moves take no time; false when it
+// did not open.
+inline bool openInstantStore() {
+    tessaly::telephony::Options options;
+    options.databasePath = QStringLiteral(":memory:");
+    options.segmentDelayMs = 0;
+    options.simTransferDelayMs = 0;
+    return tessaly::telephony::open(options).isOk();
+}
+
 // The end of a window test against the store: what is still queued or posted is delivered, then
 // the library closes and the host hooks and the module's resources are taken away.
 inline void closeStore() {
