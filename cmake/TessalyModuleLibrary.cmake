@@ -9,7 +9,8 @@ function(tessaly_add_module_library name)
         VISIBILITY_INLINES_HIDDEN ON)
     # Inline variables of the standard library (std::piecewise_construct in unoptimised builds)
     # would otherwise be STB_GNU_UNIQUE symbols, which a version script cannot make local:
-    # Sms.tsm would export them beside its entry points.
-    target_compile_options(${name} PRIVATE -fno-gnu-unique)
+    # Sms.tsm would export them beside its entry points. GCC's flag: clang makes no such symbols
+    # and refuses it (the fuzz build).
+    target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
     target_link_libraries(${name} PUBLIC ${ARG_LIBS})
 endfunction()

@@ -284,17 +284,21 @@ void Hive::fail(int sqliteCode, const char* what) {
                         .arg(filePath, QString::fromUtf8(what), QString::fromUtf8(detail)));
 }
 
-void Hive::beginBatch() {
-    if (batching)
-        return;
+void Hive::executeWrite(const char* sql) {
     writing = true;
     try {
-        execute("BEGIN IMMEDIATE");
+        execute(sql);
     } catch (...) {
         writing = false;
         throw;
     }
     writing = false;
+}
+
+void Hive::beginBatch() {
+    if (batching)
+        return;
+    executeWrite("BEGIN IMMEDIATE");
     batching = true;
 }
 
@@ -302,27 +306,19 @@ void Hive::endBatch() {
     if (!batching)
         return;
     batching = false;
-    writing = true;
     try {
-        execute("COMMIT");
+        executeWrite("COMMIT");
     } catch (...) {
         sqlite3_exec(db, "ROLLBACK", nullptr, nullptr, nullptr);
-        writing = false;
         throw;
     }
-    writing = false;
 }
 
 Hive::Transaction::Transaction(Hive& owner)
     : hive(owner)
     , nested(owner.batching) {
-    hive.writing = true;
-    try {
-        hive.execute(nested ? "SAVEPOINT write" : "BEGIN IMMEDIATE");
-    } catch (...) {
-        hive.writing = false;
-        throw;
-    }
+    hive.executeWrite(nested ? "SAVEPOINT write" : "BEGIN IMMEDIATE");
+    hive.writing = true; // until the transaction ends
 }
 
 Hive::Transaction::~Transaction() {

@@ -131,6 +131,8 @@ private:
     void initialise();
     void createSchema();
     void execute(const char* sql);
+    // One statement that writes, outside a Transaction: its failure is reported as a write's.
+    void executeWrite(const char* sql);
     Statement& statement(const char* sql);
     [[noreturn]] void fail(int sqliteCode, const char* what);
 

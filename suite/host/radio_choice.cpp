@@ -5,19 +5,15 @@
 namespace tessaly::host {
 
 RadioChoice chooseRadio(RadioKind kind, const QDBusConnection& bus) {
-    RadioChoice choice;
     if (kind != RadioKind::Simulator) {
         if (auto backend = telephony::ModemManagerBackend::find(bus)) {
             telephony::setRadioBackend(backend);
             backend->start();
         } else if (kind == RadioKind::ModemManager) {
-            choice.ok = false;
-            choice.error = QStringLiteral("ModemManager reports no modem that handles SMS");
+            return {false, {}, QStringLiteral("ModemManager reports no modem that handles SMS")};
         }
     }
-    if (kind == RadioKind::Simulator || choice.ok)
-        choice.description = QString::fromStdU16String(telephony::radioDescription());
-    return choice;
+    return {true, QString::fromStdU16String(telephony::radioDescription()), {}};
 }
 
 } // namespace tessaly::host

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <tuple>
 #include <vector>
 
 namespace tessaly::host {
@@ -21,29 +22,25 @@ QImage grabPhone(const PhoneWindow& phone) {
     // windows under pop-ups (offscreen windows have no stacking order of their own, and on the
     // phone a pop-up always stands over the full screen it came up on); within each, in the
     // order they were made, the active one last (it is the one in front).
+    const std::vector<Dialog*> made = Dialog::windows();
+    const int phoneArea = phone.homeScreen()->width() * phone.homeScreen()->height();
+    // Where a window stands: sorted on (pop-up, active, made at), the last one in front.
+    const auto stacking = [&made, phoneArea](const QWidget* widget) {
+        const bool popup = widget->width() * widget->height() < phoneArea;
+        const bool active = widget == QApplication::activeWindow();
+        const auto madeAt =
+            std::find_if(made.begin(), made.end(),
+                         [widget](const Dialog* dialog) { return dialog->window() == widget; }) -
+            made.begin();
+        return std::tuple(popup, active, madeAt);
+    };
     std::vector<QWidget*> windows;
     for (QWidget* widget : QApplication::topLevelWidgets()) {
         if (widget != phone.homeScreen() && widget != phone.simulator() && widget->isVisible())
             windows.push_back(widget);
     }
-    const std::vector<Dialog*> made = Dialog::windows();
-    const auto madeAt = [&made](const QWidget* widget) {
-        const auto found = std::find_if(made.begin(), made.end(), [widget](const Dialog* dialog) {
-            return dialog->window() == widget;
-        });
-        return found - made.begin();
-    };
-    const auto isPopup = [&phone](const QWidget* widget) {
-        return widget->width() * widget->height() <
-               phone.homeScreen()->width() * phone.homeScreen()->height();
-    };
-    std::stable_sort(windows.begin(), windows.end(), [&](const QWidget* a, const QWidget* b) {
-        if (isPopup(a) != isPopup(b))
-            return isPopup(b);
-        const bool aActive = a == QApplication::activeWindow();
-        const bool bActive = b == QApplication::activeWindow();
-        return aActive != bActive ? bActive : madeAt(a) < madeAt(b);
-    });
+    std::stable_sort(windows.begin(), windows.end(),
+                     [&](const QWidget* a, const QWidget* b) { return stacking(a) < stacking(b); });
     std::vector<QWidget*> layers{phone.homeScreen(), phone.simulator()};
     layers.insert(layers.end(), windows.begin(), windows.end());
 

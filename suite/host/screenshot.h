@@ -31,7 +31,6 @@ public:
     // The start steps that belong in the picture have begun (call it right before pressing
     // Messages, which may not return while a modal box is up).
     void arm();
-    bool taken() const { return taken_; }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

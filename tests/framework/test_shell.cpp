@@ -6,13 +6,12 @@
 #include "framework/resources/resources.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <csignal>
-#include <functional>
 
 using namespace tessaly;
 using namespace tessaly::testdata;
@@ -98,19 +97,13 @@ TEST_F(ShellTest, ANewSoundCutsOffTheOneStillPlaying) {
                    ? QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)
                    : QStringList();
     };
-    const auto waitFor = [](const std::function<bool()>& done) {
-        QDeadlineTimer deadline(5000);
-        while (!done() && !deadline.hasExpired())
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-        return done();
-    };
     ASSERT_TRUE(shell.playSound(QStringLiteral("a.wav")));
-    ASSERT_TRUE(waitFor([&] { return players().size() == 1; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return players().size() == 1; }));
     const QString first = QStringLiteral("/proc/") + players().front();
     ASSERT_TRUE(shell.playSound(QStringLiteral("b.wav")));
-    ASSERT_TRUE(waitFor([&] { return players().size() == 2; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return players().size() == 2; }));
     // Killed and reaped: its process is gone.
-    EXPECT_TRUE(waitFor([&] { return !QFile::exists(first); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !QFile::exists(first); }));
     const QString second = QStringLiteral("/proc/") + players().back();
     EXPECT_TRUE(QFile::exists(second));
 
@@ -119,7 +112,7 @@ TEST_F(ShellTest, ANewSoundCutsOffTheOneStillPlaying) {
     EXPECT_TRUE(QFile::exists(second));                    // one playing goes on
     qputenv("PATH", path);
     ::kill(pid_t(players().back().toLongLong()), SIGKILL);
-    EXPECT_TRUE(waitFor([&] { return !QFile::exists(second); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !QFile::exists(second); }));
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
