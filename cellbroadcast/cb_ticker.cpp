@@ -2,7 +2,6 @@
 
 #include <QEvent>
 #include <QPainter>
-#include <QPixmap>
 #include <QWidget>
 
 namespace tessaly::sms {
@@ -85,19 +84,15 @@ void CbTicker::paint() {
         return;
     if (scroller_ && !scroller_->hasTimer())
         scroller_->restart();
-    const qreal ratio = control->devicePixelRatioF();
-    QPixmap frame(control->size() * ratio);
-    frame.setDevicePixelRatio(ratio);
-    frame.fill(background_.isValid() ? background_ : control->palette().color(QPalette::Window));
-    {
-        QPainter painter(&frame);
-        painter.setFont(control->font());
-        painter.setPen(text_.isValid() ? text_ : control->palette().color(QPalette::WindowText));
-        if (scroller_)
-            scroller_->draw(painter);
-    }
-    QPainter screen(control);
-    screen.drawPixmap(0, 0, frame);
+    // Qt's backing store already buffers the widget: the frame reaches the screen in one block.
+    QPainter painter(control);
+    painter.fillRect(control->rect(), background_.isValid()
+                                          ? background_
+                                          : control->palette().color(QPalette::Window));
+    painter.setFont(control->font());
+    painter.setPen(text_.isValid() ? text_ : control->palette().color(QPalette::WindowText));
+    if (scroller_)
+        scroller_->draw(painter);
 }
 
 bool CbTicker::eventFilter(QObject* watched, QEvent* event) {

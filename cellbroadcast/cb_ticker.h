@@ -3,8 +3,8 @@
 // The ticker line of the main window: the cell-broadcast messages the phone holds, one item
 // per channel, running right to left or rising line by line as the Cell Broadcast options
 // say, the newest channel in the emphasis font. It takes over the painting of the template's
-// label (control 12066) and follows the preference and cell-broadcast events itself. Painting
-// goes through an off-screen image, one block per frame, so the moving text never flickers.
+// label (control 12066) and follows the preference and cell-broadcast events itself. Each frame
+// is painted whole over an opaque control, so the moving text never flickers.
 
 #include "cellbroadcast/ticker_scroller.h"
 #include "module/telephony/gsm.h"

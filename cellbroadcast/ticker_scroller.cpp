@@ -10,9 +10,9 @@ namespace tessaly::sms {
 
 namespace {
 
-std::unique_ptr<ScrollStrategy> makeStrategy(TickerOrientation orientation, bool centred) {
+std::unique_ptr<ScrollStrategy> makeStrategy(TickerOrientation orientation) {
     if (orientation == TickerOrientation::Horizontal)
-        return std::make_unique<HorizontalScroll>(centred);
+        return std::make_unique<HorizontalScroll>();
     return std::make_unique<VerticalScroll>();
 }
 
@@ -34,17 +34,12 @@ TickerScroller::TickerScroller(TickerOrientation orientation, QWidget* control, 
     , control_(control)
     , rect_(rect)
     , source_(std::move(items))
-    , strategy_(makeStrategy(orientation, false))
+    , strategy_(makeStrategy(orientation))
     , normalFont_(control->font())
     , emphasisFont_(emphasisFontFor(normalFont_)) {}
 
 TickerScroller::~TickerScroller() {
     stopTimer();
-}
-
-void TickerScroller::setCentred(bool centred) {
-    centred_ = centred;
-    strategy_ = makeStrategy(orientation_, centred);
 }
 
 void TickerScroller::restart() {

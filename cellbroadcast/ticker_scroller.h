@@ -39,8 +39,6 @@ public:
     TickerOrientation orientation() const { return orientation_; }
     QRect rect() const { return rect_; }
     void setRect(const QRect& rect) { rect_ = rect; }
-    // Centres a single item that stands still (horizontal only); before the first start.
-    void setCentred(bool centred);
 
     // Stops the timer, rebuilds the items and starts the strategy over; the timer runs when
     // the items move.
@@ -65,7 +63,6 @@ private:
     QPointer<QWidget> control_;
     QRect rect_;
     ItemSource source_;
-    bool centred_ = false;
     std::unique_ptr<ScrollStrategy> strategy_;
     QFont normalFont_;
     QFont emphasisFont_;

@@ -9,12 +9,6 @@
 
 namespace tessaly::sms {
 
-namespace {
-
-constexpr int kMaximumValidityIndex = 4;
-
-} // namespace
-
 SendingPage::SendingPage(OptionsEnvironment& environment)
     : CPpOptions(IDD_PAGE_SENDING, IDR_MENU_SENDING_PAGE, SIP_FORCEDOWN)
     , environment_(environment) {}
@@ -83,7 +77,7 @@ bool SendingPage::dataSetDefault() {
     checkItem(IDC_SENDING_SAME_SC, BST_UNCHECKED);
     checkItem(IDC_SENDING_STATUS_REPORT, BST_UNCHECKED);
     if (ComboBox* validity = comboBox(IDC_SENDING_VALIDITY))
-        validity->setCurSel(kMaximumValidityIndex);
+        validity->setCurSel(validityIndexForCode(GSM::Message::Maximum));
     return true;
 }
 

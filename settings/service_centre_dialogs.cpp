@@ -5,6 +5,7 @@
 #include "framework/ui/shell.h"
 #include "module/telephony/preferences.h"
 #include "resources/resource.h"
+#include "settings/context_menu.h"
 #include "settings/service_centres.h"
 #include "util/wide_text.h"
 
@@ -146,10 +147,7 @@ void ServiceCentreDirectoryDialog::onListTapAndHold(int id, int row, QPoint scre
     const int selected = view->selectedRow();
     if (selected < 0 || refuseSimEntry(selected))
         return;
-    std::optional<Menu> resource = Menu::load(IDR_MENU_CONTEXT);
-    if (!resource)
-        return;
-    switch (resource->subMenu(0).track(window(), screenPos)) {
+    switch (trackContextMenu(*this, screenPos)) {
     case IDM_CONTEXT_NEW:
         editEntry(-1);
         break;

@@ -4,6 +4,7 @@
 #include "framework/ui/menu.h"
 #include "framework/ui/shell.h"
 #include "resources/resource.h"
+#include "settings/context_menu.h"
 #include "templates/placeholder_expander.h"
 #include "templates/placeholder_texts.h"
 
@@ -12,6 +13,7 @@
 #include <QHeaderView>
 
 #include <algorithm>
+#include <vector>
 
 namespace tessaly::sms {
 
@@ -25,17 +27,6 @@ constexpr int kMarkColumnWidth = 20;
 constexpr char16_t kMark = u'\u25CF';
 
 } // namespace
-
-int trackContextMenu(Dialog& window, QPoint screenPos, const std::vector<int>& without) {
-    std::optional<Menu> menu = Menu::load(IDR_MENU_CONTEXT);
-    if (!menu)
-        return 0;
-    MenuItem popup = menu->subMenu(0).root();
-    std::erase_if(popup.children, [&](const MenuItem& item) {
-        return std::ranges::find(without, item.id) != without.end();
-    });
-    return Menu(popup).track(window.window(), screenPos);
-}
 
 // ---- Edit Template ----
 

@@ -8,13 +8,7 @@
 #include "templates/edit_value_menu.h"
 #include "templates/template_editing.h"
 
-#include <vector>
-
 namespace tessaly::sms {
-
-// Tracks the option lists' "ContextMenu" (New, Edit, Delete) without the commands in `without`
-// over the window; the chosen command or 0.
-int trackContextMenu(Dialog& window, QPoint screenPos, const std::vector<int>& without);
 
 class EditTemplateDialog : public Dialog {
 public:
