@@ -328,9 +328,10 @@ TEST_F(MainWindowTest, CopyToPhonebookAsksWhenTheNumberIsStoredAlready) {
                                      "add it again?"));
             EXPECT_EQ(user.boxes().front().icon(), MB_ICONEXCLAMATION);
         }
-        if (c.answer != IDNO)
+        if (c.answer != IDNO) {
             EXPECT_EQ(user.boxes().back().text,
                       QStringLiteral("The Contact has been added to the Phonebook"));
+        }
         GSM::Folder* book = GSM::PhoneBook::getFolder(GSM::PhoneBook::FolderContacts);
         EXPECT_EQ(book->size(), c.contactsAfter) << QString::fromUtf16(c.sender).toStdString();
         main->destroyWindow();
