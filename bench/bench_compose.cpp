@@ -13,7 +13,7 @@
 #include "framework/registry/registry.h"
 #include "framework/resources/resources.h"
 #include "framework/ui/useragent.h"
-#include "module/telephony/gsm.h"
+#include "gsm/gsm.h"
 #include "resources/resource.h"
 #include "resources/sms_resources.h"
 #include "settings/sms_settings.h"

@@ -4,7 +4,7 @@
 // and the message view's fields. Pure functions over the telephony library's data.
 
 #include "framework/win32types.h"
-#include "module/telephony/cellbroadcast.h"
+#include "gsm/cellbroadcast.h"
 
 #include <QString>
 

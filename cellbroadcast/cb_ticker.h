@@ -7,7 +7,7 @@
 // is painted whole over an opaque control, so the moving text never flickers.
 
 #include "cellbroadcast/ticker_scroller.h"
-#include "module/telephony/gsm.h"
+#include "gsm/gsm.h"
 
 #include <QColor>
 #include <QObject>

@@ -7,7 +7,7 @@
 // and the same place shows the library's errors. The subscription is sent back only when the
 // person changed it.
 
-#include "module/telephony/gsm.h"
+#include "gsm/gsm.h"
 #include "settings/options_page.h"
 
 #include <memory>

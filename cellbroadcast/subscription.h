@@ -3,7 +3,7 @@
 // The cell-broadcast subscription as the phone takes it: channel and language numbers folded
 // into half-open ranges, and the languages the options offer. Pure, without windows.
 
-#include "module/telephony/cellbroadcast.h"
+#include "gsm/cellbroadcast.h"
 
 #include <QString>
 

@@ -10,7 +10,7 @@
 #include "framework/ui/menu.h"
 #include "framework/ui/modeless.h"
 #include "framework/ui/shell.h"
-#include "module/telephony/gsm.h"
+#include "gsm/gsm.h"
 #include "resources/resource.h"
 #include "settings/sms_settings.h"
 #include "settings/validity_choices.h"

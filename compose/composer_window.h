@@ -8,7 +8,7 @@
 
 #include "framework/resources/module_state.h"
 #include "framework/ui/dialog.h"
-#include "module/telephony/contacts.h"
+#include "gsm/contacts.h"
 #include "settings/edit_commands.h"
 #include "templates/edit_value_menu.h"
 

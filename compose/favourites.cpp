@@ -1,7 +1,7 @@
 #include "compose/favourites.h"
 
 #include "framework/registry/profile.h"
-#include "module/telephony/contacts.h"
+#include "gsm/contacts.h"
 #include "templates/template_store.h"
 #include "util/wide_text.h"
 

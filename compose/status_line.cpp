@@ -1,7 +1,7 @@
 #include "compose/status_line.h"
 
 #include "framework/resources/resources.h"
-#include "module/telephony/sms.h"
+#include "gsm/sms.h"
 #include "resources/resource.h"
 #include "util/wide_text.h"
 

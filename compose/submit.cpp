@@ -4,7 +4,7 @@
 #include "compose/recipients.h"
 #include "framework/resources/resources.h"
 #include "framework/ui/useragent.h"
-#include "module/telephony/message.h"
+#include "gsm/message.h"
 #include "resources/resource.h"
 #include "templates/edit_value_menu.h"
 #include "util/wide_text.h"

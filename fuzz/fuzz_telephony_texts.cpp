@@ -6,7 +6,7 @@
 // replays it.
 
 #include "fuzz/plain_length.h"
-#include "module/telephony/gsm.h"
+#include "gsm/gsm.h"
 #include "suite/telephony/events.h"
 #include "suite/telephony/simulator.h"
 #include "suite/telephony/telephony.h"

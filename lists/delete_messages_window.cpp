@@ -3,7 +3,7 @@
 #include "framework/resources/resources.h"
 #include "framework/ui/modeless.h"
 #include "lists/message_texts.h"
-#include "module/telephony/gsm.h"
+#include "gsm/gsm.h"
 #include "resources/resource.h"
 
 #include <algorithm>

@@ -9,7 +9,7 @@
 
 #include "framework/resources/module_state.h"
 #include "framework/ui/dialog.h"
-#include "module/telephony/gsm.h"
+#include "gsm/gsm.h"
 
 #include <memory>
 #include <vector>

@@ -2,7 +2,7 @@
 
 // Commands on one stored message that both the lists and the message view offer.
 
-#include "module/telephony/gsm.h"
+#include "gsm/gsm.h"
 
 #include <QString>
 

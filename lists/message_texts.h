@@ -5,7 +5,7 @@
 // Pure functions over the GSM:: objects and the string table in force.
 
 #include "framework/win32types.h"
-#include "module/telephony/gsm.h"
+#include "gsm/gsm.h"
 #include "util/wide_text.h"
 
 #include <QString>

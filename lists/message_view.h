@@ -8,7 +8,7 @@
 #include "framework/resources/module_state.h"
 #include "framework/ui/dialog.h"
 #include "lists/message_texts.h"
-#include "module/telephony/gsm.h"
+#include "gsm/gsm.h"
 
 #include <QFont>
 

@@ -5,8 +5,8 @@
 // instead of calling with the wrong ones. None returns a value; all run on the host's
 // user-interface thread.
 
-#include "module/telephony/message.h"
-#include "module/telephony/result.h"
+#include "gsm/message.h"
+#include "gsm/result.h"
 
 #define TESSALY_SMS_EXPORT __attribute__((visibility("default")))
 

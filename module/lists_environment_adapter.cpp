@@ -2,7 +2,7 @@
 
 #include "module/module_state.h"
 #include "module/options_pages.h"
-#include "module/telephony/services.h"
+#include "gsm/services.h"
 
 namespace tessaly::sms {
 

@@ -4,8 +4,8 @@
 #include "module/new_message_notification.h"
 #include "module/sending_notification.h"
 #include "module/sim_transfer_window.h"
-#include "module/telephony/preferences.h"
-#include "module/telephony/services.h"
+#include "gsm/preferences.h"
+#include "gsm/services.h"
 
 #include <QByteArray>
 

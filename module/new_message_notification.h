@@ -10,7 +10,7 @@
 
 #include "framework/ui/dialog.h"
 #include "module/notification_texts.h"
-#include "module/telephony/gsm.h"
+#include "gsm/gsm.h"
 
 namespace tessaly::sms {
 

@@ -5,7 +5,7 @@
 // lines. Texts come from the string table in force.
 
 #include "framework/win32types.h"
-#include "module/telephony/gsm.h"
+#include "gsm/gsm.h"
 
 #include <QString>
 

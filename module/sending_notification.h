@@ -8,7 +8,7 @@
 
 #include "framework/ui/dialog.h"
 #include "module/notification_texts.h"
-#include "module/telephony/gsm.h"
+#include "gsm/gsm.h"
 
 #include <optional>
 

@@ -7,7 +7,7 @@
 // last window.
 
 #include "framework/ui/dialog.h"
-#include "module/telephony/gsm.h"
+#include "gsm/gsm.h"
 
 namespace tessaly::sms {
 

@@ -4,7 +4,7 @@
 #include "framework/ui/menu.h"
 #include "framework/ui/shell.h"
 #include "framework/ui/useragent.h"
-#include "module/telephony/preferences.h"
+#include "gsm/preferences.h"
 #include "resources/resource.h"
 
 namespace tessaly::sms {

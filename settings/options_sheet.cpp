@@ -2,7 +2,7 @@
 
 #include "framework/resources/resources.h"
 #include "framework/ui/useragent.h"
-#include "module/telephony/preferences.h"
+#include "gsm/preferences.h"
 #include "resources/resource.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "settings/receiving_page.h"
 
 #include "framework/ui/shell.h"
-#include "module/telephony/preferences.h"
+#include "gsm/preferences.h"
 #include "resources/resource.h"
 #include "util/wide_text.h"
 

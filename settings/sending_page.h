@@ -4,9 +4,9 @@
 // GPRS, the progress dialog, and the defaults of new messages (validity, same service centre
 // for the reply, status report). Its command bar opens the service-centre directory.
 
-#include "module/telephony/device.h"
-#include "module/telephony/message.h"
-#include "module/telephony/preferences.h"
+#include "gsm/device.h"
+#include "gsm/message.h"
+#include "gsm/preferences.h"
 #include "resources/resource.h"
 #include "settings/options_page.h"
 #include "settings/options_sheet.h"

@@ -3,7 +3,7 @@
 #include "framework/resources/resources.h"
 #include "framework/ui/menu.h"
 #include "framework/ui/shell.h"
-#include "module/telephony/preferences.h"
+#include "gsm/preferences.h"
 #include "resources/resource.h"
 #include "settings/context_menu.h"
 #include "settings/service_centres.h"

@@ -1,6 +1,6 @@
 #include "settings/service_centres.h"
 
-#include "module/telephony/preferences.h"
+#include "gsm/preferences.h"
 #include "util/wide_text.h"
 
 namespace tessaly::sms {

@@ -3,7 +3,7 @@
 // The Signature page: the sender's first name, last name and phone, which the composer inserts
 // as the signature. A tap on a field's label fills all three from a contact of the phone book.
 
-#include "module/telephony/contacts.h"
+#include "gsm/contacts.h"
 #include "settings/edit_commands.h"
 #include "settings/options_page.h"
 #include "settings/options_sheet.h"

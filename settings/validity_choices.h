@@ -2,7 +2,7 @@
 
 // The validity choices of new messages, shared by the Sending page and the composer.
 
-#include "module/telephony/message.h"
+#include "gsm/message.h"
 #include "resources/resource.h"
 
 #include <array>

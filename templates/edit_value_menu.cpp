@@ -1,7 +1,7 @@
 #include "templates/edit_value_menu.h"
 
 #include "framework/resources/resources.h"
-#include "module/telephony/services.h"
+#include "gsm/services.h"
 #include "resources/resource.h"
 #include "util/date_time_picker.h"
 

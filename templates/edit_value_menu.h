@@ -10,7 +10,7 @@
 // waiting; the answer fills it if the edit still holds the text it was chosen in.
 
 #include "framework/ui/dialog.h"
-#include "module/telephony/contacts.h"
+#include "gsm/contacts.h"
 #include "templates/person_info.h"
 #include "templates/value_menu.h"
 

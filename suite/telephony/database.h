@@ -3,7 +3,7 @@
 // A thin layer over SQLite's C API: opening with the schema migrated and WAL on, statements
 // with UTF-16 text, and errors that name the file and SQLite's own words.
 
-#include "module/telephony/result.h"
+#include "gsm/result.h"
 
 #include <QString>
 

@@ -6,7 +6,7 @@
 // is still making; a missing hook is skipped (isServiceAvailable then answers from the defaults
 // below, executeService and the call hooks fail with ErrorNotAvailable).
 
-#include "module/telephony/gsm.h"
+#include "gsm/gsm.h"
 
 #include <functional>
 

@@ -5,7 +5,7 @@
 // reporting progress and the outcome back, and hands received messages to the store. Without
 // a backend the store's simulated radio does the sending.
 
-#include "module/telephony/result.h"
+#include "gsm/result.h"
 
 #include "framework/win32types.h"
 

@@ -2,7 +2,7 @@
 
 // Cell-broadcast subscriptions as sorted, merged half-open ranges.
 
-#include "module/telephony/cellbroadcast.h"
+#include "gsm/cellbroadcast.h"
 
 #include <optional>
 #include <vector>

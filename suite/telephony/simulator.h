@@ -3,7 +3,7 @@
 // TEST AND SIMULATOR ONLY. What the radio, the network and the SIM would do on a real phone:
 // the host's simulator panel, its demo data and the tests call these; the module never does.
 
-#include "module/telephony/gsm.h"
+#include "gsm/gsm.h"
 
 #include <optional>
 #include <string>

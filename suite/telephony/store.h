@@ -4,7 +4,7 @@
 // written through to SQLite, the phone book, preferences, service centres, SIM, cell broadcast,
 // the device and the simulated radio.
 
-#include "module/telephony/gsm.h"
+#include "gsm/gsm.h"
 #include "suite/telephony/database.h"
 #include "suite/telephony/events.h"
 #include "suite/telephony/simulator.h"

@@ -10,7 +10,7 @@
 // and order returns the same object until the store changes. The sixteen most recent snapshots
 // of each folder and order are kept.
 
-#include "module/telephony/result.h"
+#include "gsm/result.h"
 
 #include <QString>
 

@@ -1,4 +1,4 @@
-#include "suite/host/module_loader.h"
+#include "host/module_loader.h"
 
 #include <QFile>
 

@@ -6,7 +6,7 @@
 
 #include "framework/resources/resources.h"
 #include "framework/ui/property_sheet.h"
-#include "module/telephony/preferences.h"
+#include "gsm/preferences.h"
 #include "resources/sms_resources.h"
 #include "settings/options_sheet.h"
 #include "settings/sms_settings.h"

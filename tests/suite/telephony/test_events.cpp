@@ -1,7 +1,7 @@
 #include "telephony_fixture.h"
 
 #include "framework/ui/shell.h"
-#include "module/telephony/gsm.h"
+#include "gsm/gsm.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,7 +1,7 @@
 #include "suite/telephony/length_info.h"
 
 #include "fuzz/plain_length.h"
-#include "module/telephony/sms.h"
+#include "gsm/sms.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 
 #include "telephony_fixture.h"
 
-#include "module/telephony/gsm.h"
+#include "gsm/gsm.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "telephony_fixture.h"
 
-#include "module/telephony/gsm.h"
+#include "gsm/gsm.h"
 
 #include <QFile>
 
