@@ -19,8 +19,10 @@
 namespace tessaly::telephony::archive {
 namespace {
 
-// How often a long run reports its progress and looks at its cancel flag.
+// How often a long run reports its progress, and every how many messages it looks at its
+// cancel flag.
 constexpr qint64 kProgressIntervalMs = 200;
+constexpr qint64 kCancelCheckInterval = 1024;
 
 std::vector<std::uint8_t> joinNumbers(const std::vector<std::u16string>& numbers) {
     std::vector<std::uint8_t> bytes;
@@ -178,7 +180,7 @@ bool MessageImport::read(const ArchiveProgress& progress, const std::atomic<bool
     if (progress)
         progress(0, total);
     ArchivedMessage message;
-    for (;;) {
+    for (qint64 records = 1;; ++records) {
         const MessageReader::Step step = reader->next(message);
         if (step == MessageReader::Step::Failed) {
             error_ = QStringLiteral("%1: %2").arg(file_, reader->error().describe());
@@ -198,14 +200,13 @@ bool MessageImport::read(const ArchiveProgress& progress, const std::atomic<bool
                 return false;
             }
         }
-        if (sinceReport.elapsed() >= kProgressIntervalMs) {
+        if (records % kCancelCheckInterval == 0 && cancelled(cancel)) {
+            error_ = QStringLiteral("%1: the import was cancelled; nothing was added").arg(file_);
+            return false;
+        }
+        if (progress && sinceReport.elapsed() >= kProgressIntervalMs) {
             sinceReport.restart();
-            if (progress)
-                progress(input.pos(), total);
-            if (cancelled(cancel)) {
-                error_ = QStringLiteral("%1: the import was cancelled; nothing was added").arg(file_);
-                return false;
-            }
+            progress(input.pos(), total);
         }
     }
     counts_.skippedMms = reader->skippedMms();
@@ -299,15 +300,16 @@ GSM::Result exportMessages(const QString& databasePath, const QString& file, qin
             message.numbers.push_back(addresses.text(0));
         writer->write(message);
         ++written;
-        if (sinceReport.elapsed() >= kProgressIntervalMs) {
+        if (written % kCancelCheckInterval == 0 && cancelled(cancel))
+            break;
+        if (progress && sinceReport.elapsed() >= kProgressIntervalMs) {
             sinceReport.restart();
-            if (progress)
-                progress(written, total);
-            if (cancelled(cancel)) {
-                output.cancelWriting();
-                return GSM::Result(GSM::ErrorCancelled, u"The export was cancelled.");
-            }
+            progress(written, total);
         }
+    }
+    if (cancelled(cancel)) {
+        output.cancelWriting();
+        return GSM::Result(GSM::ErrorCancelled, u"The export was cancelled.");
     }
     if (!rows.ok() || !addresses.ok()) {
         output.cancelWriting();
