@@ -68,7 +68,11 @@ int runArchiveCommand(const HostOptions& options) {
         if (terminal)
             std::fprintf(stderr, "\r");
         const GSM::Result committed =
-            read ? import.commit() : GSM::Result(GSM::ErrorInvalidArgument, u"");
+            read ? import.commit([terminal](qint64 done, qint64 total) {
+                if (terminal)
+                    printProgress("adding", done, total);
+            })
+                 : GSM::Result(GSM::ErrorInvalidArgument, u"");
         if (!read) {
             std::fprintf(stderr, "tessaly-phone: nothing imported: %s\n", qPrintable(import.error()));
             status = 1;
@@ -188,7 +192,10 @@ void ArchiveMenu::runImport(const QString& file) {
         QMetaObject::invokeMethod(this, [this, import, read] {
             if (!read)
                 return end(false, QStringLiteral("Nothing was imported.\n%1").arg(import->error()));
-            const GSM::Result committed = import->commit();
+            if (progress_)
+                progress_->setLabelText(QStringLiteral("Adding the messages…"));
+            const GSM::Result committed =
+                import->commit([this](qint64 done, qint64 total) { reportProgress(done, total); });
             if (!committed.isOk())
                 return end(false, QStringLiteral("Nothing was imported.\n%1").arg(resultText(committed)));
             end(true, importSummary(import->counts()));

@@ -153,6 +153,7 @@ MessageImport::~MessageImport() = default;
 
 bool MessageImport::read(const ArchiveProgress& progress, const std::atomic<bool>* cancel) {
     counts_ = ImportCounts();
+    staged_ = 0;
     staging_.reset();
     Format format;
     if (!formatFromFileName(file_, &format)) {
@@ -192,7 +193,9 @@ bool MessageImport::read(const ArchiveProgress& progress, const std::atomic<bool
             ++counts_.skipped;
         } else {
             bool failed = false;
-            if (!staging->add(message, &failed))
+            if (staging->add(message, &failed))
+                ++staged_;
+            else
                 ++counts_.alreadyPresent;
             if (failed) {
                 error_ = QStringLiteral("%1: the staging file cannot be written: %2")
@@ -221,7 +224,7 @@ bool MessageImport::read(const ArchiveProgress& progress, const std::atomic<bool
     return true;
 }
 
-GSM::Result MessageImport::commit() {
+GSM::Result MessageImport::commit(const ArchiveProgress& progress) {
     if (!staging_)
         return GSM::Result(GSM::ErrorInvalidArgument, u"Nothing has been read to import.");
     Store* store = Store::current();
@@ -230,10 +233,18 @@ GSM::Result MessageImport::commit() {
     Statement rows = staging_->rows();
     qint64 imported = 0;
     qint64 present = 0;
+    qint64 done = 0;
+    QElapsedTimer sinceReport;
+    sinceReport.start();
     const GSM::Result result = store->importMessages(
-        [&rows](ArchivedMessage& message) {
+        [&](ArchivedMessage& message) {
+            if (progress && sinceReport.elapsed() >= kProgressIntervalMs) {
+                sinceReport.restart();
+                progress(done, staged_);
+            }
             if (!rows.step())
                 return false;
+            ++done;
             message = StagingDatabase::message(rows);
             return true;
         },
@@ -245,6 +256,8 @@ GSM::Result MessageImport::commit() {
     counts_.imported = imported;
     counts_.alreadyPresent += present;
     staging_.reset();
+    if (progress)
+        progress(staged_, staged_);
     return {};
 }
 

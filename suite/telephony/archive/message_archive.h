@@ -47,8 +47,8 @@ public:
     // cancelled.
     bool read(const ArchiveProgress& progress = {}, const std::atomic<bool>* cancel = nullptr);
     // Adds what read() staged to the open store in one transaction; the lists hear of it
-    // through the usual change event.
-    GSM::Result commit();
+    // through the usual change event. `progress` counts staged messages.
+    GSM::Result commit(const ArchiveProgress& progress = {});
 
     const ImportCounts& counts() const { return counts_; }
     const QString& error() const { return error_; }
@@ -58,6 +58,7 @@ private:
     QString stagingFolder_;
     std::unique_ptr<StagingDatabase> staging_;
     ImportCounts counts_;
+    qint64 staged_ = 0;
     QString error_;
 };
 
