@@ -112,6 +112,10 @@ ArchiveMenu::ArchiveMenu(QWidget* homeScreen)
     , button_(new QPushButton(QStringLiteral("Menu"), homeScreen)) {
     button_->setObjectName(QStringLiteral("homeMenuButton"));
     button_->setFlat(true);
+    // A soft key of the phone: its text in the screen's own colour.
+    QPalette colours = button_->palette();
+    colours.setColor(QPalette::ButtonText, homeScreen->palette().color(QPalette::WindowText));
+    button_->setPalette(colours);
     if (QLayout* layout = homeScreen->layout())
         layout->addWidget(button_);
     connect(button_, &QPushButton::clicked, this, &ArchiveMenu::openMenu);
