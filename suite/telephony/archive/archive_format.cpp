@@ -21,11 +21,17 @@ QString ReadError::describe() const {
     return QStringLiteral("line %1, column %2: %3").arg(line).arg(column).arg(reason);
 }
 
-std::uint64_t localTicksFromUtcMilliseconds(qint64 milliseconds) {
+bool localTicksFromUtcMilliseconds(qint64 milliseconds, std::uint64_t* ticks) {
+    // Beyond a few hundred thousand years QDateTime's own arithmetic overflows.
+    constexpr qint64 kFarBeyond = qint64(1) << 50;
+    if (milliseconds < -kFarBeyond || milliseconds > kFarBeyond)
+        return false;
     const QDateTime local = QDateTime::fromMSecsSinceEpoch(milliseconds, Qt::LocalTime);
+    if (!local.isValid() || local.date().year() < 1601 || local.date().year() > 9999)
+        return false;
     const qint64 wallClock = QDateTime(local.date(), local.time(), Qt::UTC).toMSecsSinceEpoch();
-    const qint64 sinceFileTimeEpoch = wallClock + kEpochDifferenceMs;
-    return sinceFileTimeEpoch < 0 ? 0 : std::uint64_t(sinceFileTimeEpoch) * kTicksPerMs;
+    *ticks = std::uint64_t(wallClock + kEpochDifferenceMs) * kTicksPerMs;
+    return true;
 }
 
 qint64 utcMillisecondsFromLocalTicks(std::uint64_t ticks) {

@@ -35,7 +35,8 @@ struct ReadError {
 
 // Archive files count time in milliseconds since 1970 UTC; the store in local wall-clock ticks.
 // A wall-clock time that occurs twice (the hour a summer time ends) takes its first occurrence.
-std::uint64_t localTicksFromUtcMilliseconds(qint64 milliseconds);
+// False for a time outside the years 1601 to 9999, which the store cannot keep.
+bool localTicksFromUtcMilliseconds(qint64 milliseconds, std::uint64_t* ticks);
 qint64 utcMillisecondsFromLocalTicks(std::uint64_t ticks);
 
 } // namespace tessaly::telephony::archive

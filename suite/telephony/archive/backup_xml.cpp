@@ -99,9 +99,9 @@ private:
         bool dateOk = false;
         const int type = attributes.value(QLatin1String("type")).toInt(&typeOk);
         const qint64 date = attributes.value(QLatin1String("date")).toLongLong(&dateOk);
-        if (!typeOk || !dateOk || date < 0)
-            return false;
         message = ArchivedMessage();
+        if (!typeOk || !dateOk || !localTicksFromUtcMilliseconds(date, &message.dateTicks))
+            return false;
         switch (type) {
         case Received:
             message.folder = GSM::Sms::FolderInbox;
@@ -126,7 +126,6 @@ private:
         default:
             return false;
         }
-        message.dateTicks = localTicksFromUtcMilliseconds(date);
         const QStringView address = present(attributes.value(QLatin1String("address")));
         for (QStringView number : address.split(u'~')) {
             number = present(number.trimmed());

@@ -196,9 +196,11 @@ private:
         message.status = found->status;
         const QDateTime date =
             QDateTime::fromString(QString::fromUtf8(fields[2].trimmed()), Qt::ISODateWithMs);
-        if (!date.isValid())
-            return fail(line, 1, QStringLiteral("\"%1\" is not an ISO 8601 date").arg(fields[2]));
-        message.dateTicks = localTicksFromUtcMilliseconds(date.toMSecsSinceEpoch());
+        if (!date.isValid() ||
+            !localTicksFromUtcMilliseconds(date.toMSecsSinceEpoch(), &message.dateTicks))
+            return fail(line, 1,
+                        QStringLiteral("\"%1\" is not an ISO 8601 date from 1601 to 9999")
+                            .arg(fields[2]));
         for (const QByteArray& number : fields[3].split(';')) {
             const QByteArray trimmed = number.trimmed();
             if (!trimmed.isEmpty())

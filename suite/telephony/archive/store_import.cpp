@@ -3,6 +3,8 @@
 #include "suite/telephony/archive/archived_message.h"
 #include "suite/telephony/store.h"
 
+#include <algorithm>
+
 namespace tessaly::telephony {
 namespace {
 
@@ -66,9 +68,18 @@ GSM::Result Store::importMessages(const std::function<bool(archive::ArchivedMess
         abandon(nullptr);
         return db_->failure(u"The imported messages cannot be stored");
     }
+    // Appended, then ordered once: inserting each in date order would move the folder's list
+    // once per message.
     for (MessageRecord* message : added) {
         message->stored = true;
-        insertByDate(message);
+        byDate_[message->folder].push_back(message);
+    }
+    for (auto& folder : byDate_) {
+        std::stable_sort(folder.begin(), folder.end(),
+                         [](const MessageRecord* a, const MessageRecord* b) {
+                             return a->dateTicks != b->dateTicks ? a->dateTicks < b->dateTicks
+                                                                 : a->getId() < b->getId();
+                         });
     }
     *imported = qint64(added.size());
     if (!added.empty())

@@ -15,6 +15,12 @@
 namespace {
 
 namespace archive = tessaly::telephony::archive;
+
+std::uint64_t ticksOf(qint64 milliseconds) {
+    std::uint64_t ticks = 0;
+    EXPECT_TRUE(archive::localTicksFromUtcMilliseconds(milliseconds, &ticks)) << milliseconds;
+    return ticks;
+}
 using archive::ArchivedMessage;
 using archive::Format;
 using archive::MessageReader;
@@ -139,9 +145,9 @@ TEST(BackupXml, RealWorldQuirksReadAsThePersonExpects) {
         {"missing read, address and body",
          R"x(<sms date="1000" type="1" />)x",
          {{GSM::Sms::FolderInbox, GSM::Message::Read, 0, {}, u"", u""}}, 0, 0},
-        {"unknown type, missing or bad date, missing type are skipped",
-         R"x(<sms date="1000" type="9" body="a" /><sms type="1" body="b" /><sms date="soon" type="1" /><sms date="1000" body="c" />)x",
-         {}, 4, 0},
+        {"unknown type, missing, bad or impossible date, missing type are skipped",
+         R"x(<sms date="1000" type="9" body="a" /><sms type="1" body="b" /><sms date="soon" type="1" /><sms date="1000" body="c" /><sms date="15925709299321005" type="1" /><sms date="-99999999999999" type="1" />)x",
+         {}, 6, 0},
         {"MMS and unknown elements",
          R"x(<mms date="1000" msg_box="1"><parts><part seq="0" ct="text/plain" text="hello" /></parts><addrs><addr address="1" /></addrs></mms><call number="1" /><sms date="1000" type="1" body="after" read="1" />)x",
          {{GSM::Sms::FolderInbox, GSM::Message::Read, 0, {}, u"", u"after"}}, 1, 1},
@@ -154,7 +160,7 @@ TEST(BackupXml, RealWorldQuirksReadAsThePersonExpects) {
         ASSERT_FALSE(result.failed) << c.name << ": " << result.error.describe().toStdString();
         std::vector<ArchivedMessage> expected = c.messages;
         for (ArchivedMessage& message : expected)
-            message.dateTicks = archive::localTicksFromUtcMilliseconds(1000);
+            message.dateTicks = ticksOf(1000);
         EXPECT_EQ(result.messages, expected) << c.name;
         EXPECT_EQ(result.skipped, c.skipped) << c.name;
         EXPECT_EQ(result.skippedMms, c.mms) << c.name;
@@ -241,7 +247,7 @@ TEST(ArchiveFormats, AnyTextComesBackExactly) {
         ArchivedMessage message;
         message.folder = i % 2 ? GSM::Sms::FolderOutbox : GSM::Sms::FolderInbox;
         message.status = i % 2 ? GSM::Message::Failed : GSM::Message::Unread;
-        message.dateTicks = archive::localTicksFromUtcMilliseconds(1700000000000 + i * 977);
+        message.dateTicks = ticksOf(1700000000000 + i * 977);
         message.numbers = {u"+49" + std::u16string(1, char16_t(u'0' + i % 10))};
         if (i % 3 == 0)
             message.numbers.push_back(u"+4411");
@@ -250,7 +256,7 @@ TEST(ArchiveFormats, AnyTextComesBackExactly) {
         messages.push_back(message);
     }
     ArchivedMessage huge;
-    huge.dateTicks = archive::localTicksFromUtcMilliseconds(0);
+    huge.dateTicks = ticksOf(-11644473600000); // 1601, the first day the store can keep
     huge.text = std::u16string(1 << 20, u'\xD83D');
     messages.push_back(huge);
     for (const Format format : {Format::Xml, Format::Csv}) {
