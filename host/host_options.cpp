@@ -27,6 +27,15 @@ struct Parser {
                                             "modem, else the simulator), simulator or "
                                             "modemmanager."),
                              QStringLiteral("kind"), QStringLiteral("auto")};
+    QCommandLineOption importFile{
+        QStringLiteral("import"),
+        QStringLiteral("Import the messages of <file> (an SMS Backup & Restore .xml file, or "
+                       ".csv) into the data directory, then quit."),
+        QStringLiteral("file")};
+    QCommandLineOption exportFile{
+        QStringLiteral("export"),
+        QStringLiteral("Export every message to <file> (.xml or .csv), then quit."),
+        QStringLiteral("file")};
     QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")},
                             QStringLiteral("Show this help.")};
 
@@ -35,7 +44,7 @@ struct Parser {
             QStringLiteral("The Tessaly phone with its SMS module and a simulator panel.\n"
                            "Sms.tsm is loaded from beside the program unless TESSALY_MODULE "
                            "names another file."));
-        parser.addOptions({dataDir, demo, screenshot, openMessages, modem, help});
+        parser.addOptions({dataDir, demo, screenshot, openMessages, modem, importFile, exportFile, help});
     }
 };
 
@@ -60,6 +69,13 @@ std::optional<HostOptions> parseHostArguments(const QStringList& arguments, QStr
     options.screenshotPath = p.parser.value(p.screenshot);
     options.openMessages = p.parser.isSet(p.openMessages);
     options.help = p.parser.isSet(p.help);
+    options.importFile = p.parser.value(p.importFile);
+    options.exportFile = p.parser.value(p.exportFile);
+    if (!options.importFile.isEmpty() && !options.exportFile.isEmpty()) {
+        if (error)
+            *error = QStringLiteral("--import and --export are separate runs");
+        return std::nullopt;
+    }
     const QString radio = p.parser.value(p.modem);
     if (radio == QStringLiteral("simulator")) {
         options.radio = RadioKind::Simulator;

@@ -19,6 +19,10 @@ struct HostOptions {
     bool openMessages = false; // press the Messages button once started
     bool help = false;
     RadioKind radio = RadioKind::Auto;
+    // Bring messages in from, or take them out to, an archive file (.xml or .csv) and quit
+    // without showing the phone.
+    QString importFile;
+    QString exportFile;
 };
 
 // Parses the arguments (the first one is the program). Returns nothing and sets `error` to a

@@ -5,6 +5,7 @@
 #include "framework/resources/language.h"
 #include "framework/time/clock.h"
 #include "framework/ui/shell.h"
+#include "host/archive_command.h"
 #include "host/demo_data.h"
 #include "host/factory_sounds.h"
 #include "host/host_options.h"
@@ -76,6 +77,10 @@ int main(int argc, char** argv) {
         std::printf("%s", qPrintable(tessaly::host::hostUsage()));
         return 0;
     }
+    if (!options->importFile.isEmpty() || !options->exportFile.isEmpty()) {
+        QCoreApplication app(argc, argv);
+        return tessaly::host::runArchiveCommand(*options);
+    }
     if (!options->screenshotPath.isEmpty() && !hasDisplay())
         qputenv("QT_QPA_PLATFORM", "offscreen");
     if (!hasDisplay()) {
@@ -128,6 +133,7 @@ int main(int argc, char** argv) {
     int status = 0;
     {
         tessaly::host::PhoneWindow phone;
+        tessaly::host::ArchiveMenu archiveMenu(phone.homeScreen());
         tessaly::host::HostSession session(&phone);
         if (!session.start(tessaly::host::defaultModulePath(), &error)) {
             fail(error);

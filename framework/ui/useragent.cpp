@@ -5,6 +5,7 @@
 #include "framework/ui/screen.h"
 
 #include <QDialog>
+#include <QFileDialog>
 #include <QDialogButtonBox>
 #include <QListWidget>
 #include <QMenu>
@@ -126,6 +127,13 @@ public:
         if (alive.expired())
             return IDCANCEL;
         return dialog.finishModal();
+    }
+
+    QString chooseFile(QWidget* owner, const QString& caption, FileChoice kind,
+                       const QString& filter) override {
+        return kind == FileChoice::Open
+                   ? QFileDialog::getOpenFileName(owner, caption, QString(), filter)
+                   : QFileDialog::getSaveFileName(owner, caption, QString(), filter);
     }
 
     ContactPickerChoice pickContact(QWidget* owner, const QString& title,

@@ -46,6 +46,9 @@ struct ContactPickerEntry {
     QStringList numbers;
 };
 
+// What a file chooser asks for: a file to read, or a name to write to.
+enum class FileChoice { Open, Save };
+
 struct ContactPickerChoice {
     int entry = -1;  // -1: the person cancelled
     int number = -1; // index into the entry's numbers
@@ -73,6 +76,12 @@ public:
     virtual int runModal(Dialog& dialog) = 0;
     virtual ContactPickerChoice pickContact(QWidget* owner, const QString& title,
                                             const std::vector<ContactPickerEntry>& entries) = 0;
+    // A file chooser; `filter` in Qt's form ("Messages (*.xml *.csv)"). Empty when the person
+    // cancelled; agents that offer no files answer so.
+    virtual QString chooseFile(QWidget* owner, const QString& caption, FileChoice kind,
+                               const QString& filter) {
+        return {};
+    }
 
     // The agent in force; the Qt one unless a test installed another.
     static UserAgent& current();

@@ -100,8 +100,10 @@ Statement& Statement::bind(int index, std::u16string_view text) {
 }
 
 Statement& Statement::bind(int index, const std::vector<std::uint8_t>& blob) {
-    if (statement_ && sqlite3_bind_blob(statement_, index, blob.data(), int(blob.size()),
-                                        SQLITE_TRANSIENT) != SQLITE_OK)
+    // An empty vector has no data pointer, and a null pointer would bind NULL.
+    static const std::uint8_t kEmpty = 0;
+    if (statement_ && sqlite3_bind_blob(statement_, index, blob.empty() ? &kEmpty : blob.data(),
+                                        int(blob.size()), SQLITE_TRANSIENT) != SQLITE_OK)
         ok_ = false;
     return *this;
 }

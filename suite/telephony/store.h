@@ -14,6 +14,7 @@
 
 #include <array>
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -25,6 +26,9 @@
 namespace tessaly::telephony {
 
 class Store;
+namespace archive {
+struct ArchivedMessage;
+}
 class MessageRecord;
 class RadioBackend;
 
@@ -379,6 +383,10 @@ public:
     GSM::Result receive(const std::u16string& from, const std::u16string& text, FILETIME date,
                         const std::u16string& serviceCentre, long* id);
     GSM::Result addStoredMessages(const std::vector<simulator::StoredMessage>& messages);
+    // An archive import: each message `next` gives that the store does not hold yet (same
+    // folder, date, numbers and text) is stored, all in one transaction, without sending.
+    GSM::Result importMessages(const std::function<bool(archive::ArchivedMessage&)>& next,
+                               qint64* imported, qint64* alreadyPresent);
     GSM::Result saveMessage(MessageRecord& message);
     std::unique_ptr<FolderImpl> materializeAddresses(MessageRecord& message,
                                                      const std::vector<std::u16string>& numbers);

@@ -105,6 +105,11 @@ void ScriptedUser::forget() {
     contactPickerRuns_ = 0;
 }
 
+ScriptedUser& ScriptedUser::chooseFile(const QString& path) {
+    script_.push_back(FileAnswer{path});
+    return *this;
+}
+
 QString ScriptedUser::describeNext() const {
     if (script_.empty())
         return QStringLiteral("nothing");
@@ -117,8 +122,10 @@ QString ScriptedUser::describeNext() const {
                 return QStringLiteral("a menu answered with command %1").arg(answer.commandId);
             else if constexpr (std::is_same_v<Kind, ModalAnswer>)
                 return QStringLiteral("a modal run");
-            else
+            else if constexpr (std::is_same_v<Kind, ContactAnswer>)
                 return QStringLiteral("a contact-picker run");
+            else
+                return QStringLiteral("a file chooser answered \"%1\"").arg(answer.path);
         },
         script_.front());
 }
@@ -225,6 +232,18 @@ ContactPickerChoice ScriptedUser::pickContact(QWidget*, const QString& title,
         return {};
     }
     return {answer.entry, answer.number};
+}
+
+QString ScriptedUser::chooseFile(QWidget*, const QString& caption, FileChoice,
+                                 const QString&) {
+    if (!nextIs<FileAnswer>()) {
+        ADD_FAILURE() << "unexpected file chooser \"" << caption.toStdString()
+                      << "\"; the script expected " << describeNext().toStdString();
+        return {};
+    }
+    const QString path = std::get<FileAnswer>(script_.front()).path;
+    script_.pop_front();
+    return path;
 }
 
 } // namespace tessaly::testkit

@@ -72,6 +72,8 @@ public:
     ScriptedUser& runModal(std::function<void(Dialog&)> script);
     // The next contact-picker run: entry -1 cancels.
     ScriptedUser& pickContact(int entry, int number = 0);
+    // The next file chooser: the path chosen (empty cancels).
+    ScriptedUser& chooseFile(const QString& path);
 
     // ---- what was shown ----
     const std::vector<ShownBox>& boxes() const { return boxes_; }
@@ -92,6 +94,8 @@ public:
     int runModal(Dialog& dialog) override;
     ContactPickerChoice pickContact(QWidget* owner, const QString& title,
                                     const std::vector<ContactPickerEntry>& entries) override;
+    QString chooseFile(QWidget* owner, const QString& caption, FileChoice kind,
+                       const QString& filter) override;
 
 private:
     struct BoxAnswer {
@@ -108,7 +112,10 @@ private:
         int entry;
         int number;
     };
-    using Answer = std::variant<BoxAnswer, MenuAnswer, ModalAnswer, ContactAnswer>;
+    struct FileAnswer {
+        QString path;
+    };
+    using Answer = std::variant<BoxAnswer, MenuAnswer, ModalAnswer, ContactAnswer, FileAnswer>;
 
     template <typename Wanted> bool nextIs() const {
         return !script_.empty() && std::holds_alternative<Wanted>(script_.front());
