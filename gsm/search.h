@@ -13,6 +13,7 @@ namespace GSM {
 
 struct SearchHit {
     long messageId = 0;
+    int folder = 0; // 0 Inbox, 1 Outbox
     // The text around the first match, on one line; the match from matchStart for
     // matchLength characters (matchStart -1: the message matched by its sender or recipient).
     std::u16string excerpt;

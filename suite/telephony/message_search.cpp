@@ -156,6 +156,9 @@ GSM::SearchHit StoreSearch::hit(std::int64_t id) {
         hit.matchLength = 0;
     }
     hit.messageId = long(id);
+    Statement& folder = store_.db().cached("SELECT folder FROM messages WHERE id = ?");
+    folder.bind(1, id);
+    hit.folder = folder.step() ? int(folder.integer(0)) : 0;
     return hit;
 }
 
