@@ -21,13 +21,13 @@ public:
     int count() override;
     std::vector<GSM::SearchHit> next(int limit) override;
 
-    // Beyond this many matches the pages are read by walking the messages newest first and
-    // asking the index about each; up to it, every match is looked up at once and sorted.
+    // Up to this many matches, their dates are looked up at once and sorted; beyond it, the
+    // messages are walked newest first through the date index, each kept when it matched.
     static constexpr int kLookedUpAtOnce = 4000;
 
 private:
     void findParties();
-    std::vector<std::pair<std::int64_t, std::int64_t>> lookUpAll();
+    void findMatches();
     std::vector<std::int64_t> walkNewestFirst(int limit);
     GSM::SearchHit hit(std::int64_t id);
 
@@ -36,11 +36,12 @@ private:
     // A JSON array of the numbers whose messages match by their party.
     std::u16string partyNumbers_ = u"[]";
     bool hasParties_ = false;
-    std::optional<int> count_;
-    // Looked up at once: (date, id), newest first, and how many were given.
-    std::optional<std::vector<std::pair<std::int64_t, std::int64_t>>> matches_;
+    // The ids of every matching message, ascending.
+    std::optional<std::vector<std::int64_t>> matches_;
+    // Looked up at once: (date, id) newest first, and how many were given.
+    std::optional<std::vector<std::pair<std::int64_t, std::int64_t>>> byDate_;
     size_t given_ = 0;
-    // Walking: the (date, id) of the last message given.
+    // Walking: the (date, id) of the last message looked at.
     std::int64_t lastDate_ = INT64_MAX;
     std::int64_t lastId_ = INT64_MAX;
     bool walkedToEnd_ = false;

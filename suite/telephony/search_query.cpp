@@ -10,6 +10,23 @@ bool isNumberCharacter(char16_t c) {
            c == u'/' || c == u'.';
 }
 
+// Control characters (NUL among them) separate words as spaces do.
+bool isSeparator(char16_t c) {
+    return QChar(c).isSpace() || QChar(c).category() == QChar::Other_Control;
+}
+
+// SQLite pairs a lone surrogate with whatever follows it, the closing quote included.
+std::u16string withoutLoneSurrogates(std::u16string text) {
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (QChar::isHighSurrogate(text[i]) && i + 1 < text.size() &&
+            QChar::isLowSurrogate(text[i + 1]))
+            ++i;
+        else if (QChar::isSurrogate(text[i]))
+            text[i] = u'\uFFFD';
+    }
+    return text;
+}
+
 bool hasLetterOrDigit(std::u16string_view text) {
     for (const char16_t c : text) {
         if (QChar(c).isLetterOrNumber() || QChar::isSurrogate(c))
@@ -63,7 +80,7 @@ SearchQuery parseSearchQuery(std::u16string_view typed) {
     bool allNumbers = true;
     std::u16string digits;
     while (i < typed.size()) {
-        if (QChar(typed[i]).isSpace()) {
+        if (isSeparator(typed[i])) {
             ++i;
             continue;
         }
@@ -75,7 +92,7 @@ SearchQuery parseSearchQuery(std::u16string_view typed) {
             i = close == std::u16string_view::npos ? typed.size() : close + 1;
         } else {
             const size_t start = i;
-            while (i < typed.size() && !QChar(typed[i]).isSpace() && typed[i] != u'"')
+            while (i < typed.size() && !isSeparator(typed[i]) && typed[i] != u'"')
                 ++i;
             term = typed.substr(start, i - start);
         }
@@ -86,15 +103,19 @@ SearchQuery parseSearchQuery(std::u16string_view typed) {
                 allNumbers = false;
         }
         digits += digitsOf(term);
-        query.terms.push_back(foldForSearch(term));
+        for (char16_t& c : term) {
+            if (isSeparator(c))
+                c = u' ';
+        }
+        query.terms.push_back(foldForSearch(withoutLoneSurrogates(std::move(term))));
         phrase.push_back(quoted);
     }
     if (query.terms.empty())
         return query;
-    query.lastIsPrefix = !phrase.back() && !QChar(typed.back()).isSpace();
+    query.lastIsPrefix = !phrase.back() && !isSeparator(typed.back());
     for (size_t t = 0; t < query.terms.size(); ++t) {
         if (t)
-            query.textIndexQuery.push_back(u' ');
+            query.textIndexQuery += u" AND ";
         const char16_t* prefix = t + 1 == query.terms.size() && query.lastIsPrefix ? u"*" : u"";
         // The index keeps "ß" as it is, folding finds "ss": either spelling finds both.
         std::u16string other = query.terms[t];
@@ -129,6 +150,46 @@ SearchQuery parseSearchQuery(std::u16string_view typed) {
 
 bool numberContainsDigits(std::u16string_view number, std::u16string_view digits) {
     return !digits.empty() && digitsOf(number).find(digits) != std::u16string::npos;
+}
+
+std::pair<int, int> firstMatch(std::u16string_view text, const SearchQuery& query) {
+    // The first word of each term, and its other spelling with "ß" or "ss".
+    std::vector<std::pair<std::u16string, bool>> wanted;
+    for (size_t t = 0; t < query.terms.size(); ++t) {
+        const std::u16string& term = query.terms[t];
+        size_t end = 0;
+        while (end < term.size() && QChar(term[end]).isLetterOrNumber())
+            ++end;
+        const bool prefix = (t + 1 == query.terms.size() && query.lastIsPrefix) ||
+                            end < term.size();
+        std::u16string word = term.substr(0, end);
+        if (word.empty())
+            continue;
+        wanted.emplace_back(word, prefix);
+        std::u16string other = word;
+        for (size_t at = other.find(u'\u00DF'); at != std::u16string::npos; at = other.find(u'\u00DF', at))
+            other.replace(at, 1, u"ss");
+        if (other != word)
+            wanted.emplace_back(std::move(other), prefix);
+    }
+    size_t i = 0;
+    while (i < text.size()) {
+        if (!QChar(text[i]).isLetterOrNumber()) {
+            ++i;
+            continue;
+        }
+        size_t end = i;
+        while (end < text.size() && (QChar(text[end]).isLetterOrNumber() ||
+                                     QChar(text[end]).category() == QChar::Mark_NonSpacing))
+            ++end;
+        const std::u16string word = foldForSearch(text.substr(i, end - i));
+        for (const auto& [term, prefix] : wanted) {
+            if (prefix ? word.starts_with(term) : word == term)
+                return {int(i), int(end - i)};
+        }
+        i = end;
+    }
+    return {-1, 0};
 }
 
 bool nameMatches(std::u16string_view foldedName, const SearchQuery& query) {

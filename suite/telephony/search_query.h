@@ -6,6 +6,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace tessaly::telephony {
@@ -33,5 +34,10 @@ bool numberContainsDigits(std::u16string_view number, std::u16string_view digits
 // Whether every term begins a word of `name` (the last term) or is a word of it (the others);
 // a phrase must stand in the name as it is. `name` folded as foldForSearch does.
 bool nameMatches(std::u16string_view foldedName, const SearchQuery& query);
+
+// Where the first word of `text` that a term matches stands (the start and length, in code
+// units), as the text index matches: case and diacritics aside, the last term as a beginning
+// when it is a prefix, a phrase by its first word. {-1, 0} when no word matches.
+std::pair<int, int> firstMatch(std::u16string_view text, const SearchQuery& query);
 
 } // namespace tessaly::telephony
