@@ -14,6 +14,7 @@
 #include "lists/message_commands.h"
 #include "lists/message_texts.h"
 #include "lists/message_view.h"
+#include "lists/search_window.h"
 #include "lists/status_images.h"
 #include "resources/resource.h"
 #include "settings/sms_settings.h"
@@ -379,6 +380,9 @@ void MainSmsWindow::onCommand(int id) {
     case IDM_MAIN_INFO:
         Shell::current().showAbout(window());
         break;
+    case IDM_MAIN_FIND:
+        openSearch();
+        break;
     case IDM_INBOX_REPLY:
     case IDM_INBOX_FORWARD:
     case IDM_INBOX_CALL:
@@ -426,7 +430,7 @@ void MainSmsWindow::runRowCommand(int command) {
         break;
     case IDM_INBOX_VIEW:
     case IDM_OUTBOX_VIEW:
-        viewMessage(id);
+        viewMessage(id, listFolder_);
         break;
     case IDM_INBOX_DELETE:
     case IDM_OUTBOX_DELETE:
@@ -452,21 +456,31 @@ void MainSmsWindow::runRowCommand(int command) {
     }
 }
 
-void MainSmsWindow::viewMessage(long messageId) {
+void MainSmsWindow::viewMessage(long messageId, int folder) {
     const GSM::Message* message = GSM::sms.getMessage(messageId);
     const bool wasUnread = message && message->getStatus() == GSM::Message::Unread;
-    MessageView view(messageId, listFolder_);
+    MessageView view(messageId, folder);
     view.doModal();
     // Only an unread message becomes read: a replied or forwarded one keeps what it says.
-    if (listFolder_ == kInboxFolder && wasUnread && !view.wasDeleted())
+    if (folder == kInboxFolder && wasUnread && !view.wasDeleted())
         reportFailure(GSM::sms.setMessageStatus(messageId, GSM::Message::Read));
+}
+
+void MainSmsWindow::openSearch() {
+    SearchWindow search(
+        [this](long messageId, int folder) {
+            viewMessage(messageId, folder);
+        },
+        this);
+    search.doModal();
+    fillList(messageList() ? messageList()->selectedRow() : 0);
 }
 
 void MainSmsWindow::openRow(int row) {
     GSM::Message* message = messageAtRow(row);
     if (!message)
         return;
-    viewMessage(message->getId());
+    viewMessage(message->getId(), listFolder_);
     fillList(row);
 }
 

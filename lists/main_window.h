@@ -83,7 +83,8 @@ private:
     void showSortMenu();
     void openRow(int row);
     // Shows the message view; an Inbox message that was unread and not deleted there is read.
-    void viewMessage(long messageId);
+    void viewMessage(long messageId, int folder);
+    void openSearch();
     void runRowCommand(int command);
     GSM::Message* selectedMessage() const;
     void layoutControls();

@@ -441,3 +441,14 @@
 // Column headers of the Variables page
 #define IDS_VARIABLES_COLUMN_NAME 10360
 #define IDS_VARIABLES_COLUMN_KIND 10361
+
+// ---- Find (main window, Tools) -----------------------------------------------------------------
+#define IDD_SEARCH 12180
+#define IDC_SEARCH_TEXT 12181          // what to find
+#define IDC_SEARCH_COUNT 12182         // how many were found
+#define IDC_SEARCH_LIST 12183          // the messages found, newest first
+#define IDM_MAIN_FIND 12185
+#define IDS_SEARCH_PROMPT 12190
+#define IDS_SEARCH_NOTHING 12191
+#define IDS_SEARCH_ONE 12192
+#define IDS_SEARCH_MANY 12193

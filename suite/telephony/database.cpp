@@ -2,10 +2,12 @@
 
 #include "suite/telephony/schema_sql.h" // generated
 
+#include <QElapsedTimer>
 #include <QFile>
 
 #include <sqlite3.h>
 
+#include <cstdio>
 #include <cstring>
 #include <iterator>
 
@@ -63,12 +65,10 @@ Statement& Statement::bind(int index, std::int64_t value) {
     return *this;
 }
 
-namespace {
-
 // SQLite keeps text as UTF-8 in the file and changes what it cannot carry: it takes a leading
 // U+FEFF for a byte-order mark and drops it, pairs a lone surrogate with whatever follows it,
 // and reads U+FFFE and U+FFFF back as U+FFFD.
-bool changesAsSqliteText(std::u16string_view text) {
+bool storedAsUtf16Bytes(std::u16string_view text) {
     if (!text.empty() && text.front() == 0xfeff)
         return true;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -82,7 +82,25 @@ bool changesAsSqliteText(std::u16string_view text) {
     return false;
 }
 
-} // namespace
+std::u16string searchableText(std::u16string_view text) {
+    std::u16string searchable(text);
+    if (!searchable.empty() && searchable.front() == 0xfeff)
+        searchable.front() = u' ';
+    for (size_t i = 0; i < searchable.size(); ++i) {
+        const char16_t c = searchable[i];
+        if (c == 0xfffe || c == 0xffff) {
+            searchable[i] = u'\uFFFD';
+            continue;
+        }
+        const bool high = c >= 0xD800 && c <= 0xDBFF;
+        if (high && i + 1 < searchable.size() && searchable[i + 1] >= 0xDC00 &&
+            searchable[i + 1] <= 0xDFFF)
+            ++i;
+        else if (c >= 0xD800 && c <= 0xDFFF)
+            searchable[i] = u'\uFFFD';
+    }
+    return searchable;
+}
 
 // Such a text is stored as its UTF-16 bytes (a BLOB in the text column), which text() reads
 // back unchanged; every other text stays TEXT, as queries expect.
@@ -91,7 +109,7 @@ Statement& Statement::bind(int index, std::u16string_view text) {
         return *this;
     const int bytes = int(text.size() * sizeof(char16_t));
     const int rc =
-        changesAsSqliteText(text)
+        storedAsUtf16Bytes(text)
             ? sqlite3_bind_blob(statement_, index, text.data(), bytes, SQLITE_TRANSIENT)
             : sqlite3_bind_text16(statement_, index, text.data(), bytes, SQLITE_TRANSIENT);
     if (rc != SQLITE_OK)
@@ -234,7 +252,63 @@ bool Database::migrate(GSM::Result* error) {
             return false;
         }
     }
+    if (!fillSearchIndex()) {
+        if (error)
+            *error = failure(u"The search index cannot be built");
+        return false;
+    }
     return true;
+}
+
+bool Database::fillSearchIndex() {
+    Statement pending = prepare("SELECT 1 FROM settings WHERE name = 'search_index_pending'");
+    if (!pending.step())
+        return pending.ok();
+    pending = Statement();
+    Statement count = prepare("SELECT count(*), coalesce(max(id), 0) FROM messages");
+    if (!count.step())
+        return false;
+    const std::int64_t total = count.integer(0);
+    count = Statement();
+    // Big stores say how far they are, about once a second.
+    constexpr std::int64_t kReportAbove = 50000;
+    constexpr std::int64_t kBatch = 20000;
+    Transaction transaction(*this);
+    Statement batch = prepare(
+        "INSERT INTO message_search(rowid, body) SELECT id, body FROM message_search_source "
+        "WHERE id > ? ORDER BY id LIMIT ?");
+    Statement last = prepare("SELECT coalesce(max(rowid), 0) FROM message_search");
+    QElapsedTimer sinceReport;
+    sinceReport.start();
+    std::int64_t done = 0;
+    std::int64_t after = 0;
+    for (;;) {
+        batch.reset();
+        batch.bind(1, after).bind(2, kBatch);
+        batch.step();
+        if (!batch.ok())
+            return false;
+        const int added = sqlite3_changes(db_);
+        if (added == 0)
+            break;
+        done += added;
+        last.reset();
+        if (!last.step())
+            return false;
+        after = last.integer(0);
+        if (total > kReportAbove && sinceReport.elapsed() >= 1000) {
+            sinceReport.restart();
+            std::fprintf(stderr, "tessaly: building the search index: %d %%\n",
+                         int(done * 100 / total));
+        }
+    }
+    batch = Statement();
+    last = Statement();
+    if (!exec("DELETE FROM settings WHERE name = 'search_index_pending'"))
+        return false;
+    if (total > kReportAbove)
+        std::fprintf(stderr, "tessaly: building the search index: done\n");
+    return transaction.commit();
 }
 
 // Savepoints nest, so a write that groups its statements can run inside a larger group.

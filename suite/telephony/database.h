@@ -19,6 +19,13 @@ struct sqlite3_stmt;
 
 namespace tessaly::telephony {
 
+// Whether SQLite would not give this text back unchanged as TEXT, so that it is stored as its
+// UTF-16 bytes (a BLOB) instead.
+bool storedAsUtf16Bytes(std::u16string_view text);
+// What the search index reads of such a text: a text SQLite keeps as it is (lone surrogates,
+// U+FFFE and U+FFFF as U+FFFD, a leading U+FEFF as a space).
+std::u16string searchableText(std::u16string_view text);
+
 class Statement {
 public:
     Statement() = default;
@@ -81,6 +88,8 @@ private:
         : db_(db)
         , path_(std::move(path)) {}
     bool migrate(GSM::Result* error);
+    // Fills the search index of the messages a store held before it had one.
+    bool fillSearchIndex();
 
     sqlite3* db_;
     QString path_;

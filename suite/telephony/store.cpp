@@ -214,11 +214,12 @@ GSM::Result Store::saveMessage(MessageRecord& message) {
     Database::Transaction transaction(*db_);
     Statement& upsert = db_->cached(
         "INSERT INTO messages(id, folder, status, text, date, service_centre, validity, "
-        "reply_path, reply_to) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?) ON CONFLICT(id) DO UPDATE SET "
+        "reply_path, reply_to, search_text) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?) "
+        "ON CONFLICT(id) DO UPDATE SET "
         "folder = excluded.folder, status = excluded.status, text = excluded.text, "
         "date = excluded.date, service_centre = excluded.service_centre, "
         "validity = excluded.validity, reply_path = excluded.reply_path, "
-        "reply_to = excluded.reply_to");
+        "reply_to = excluded.reply_to, search_text = excluded.search_text");
     upsert.bind(1, std::int64_t(message.getId()))
         .bind(2, std::int64_t(message.folder))
         .bind(3, std::int64_t(message.status))
@@ -228,6 +229,9 @@ GSM::Result Store::saveMessage(MessageRecord& message) {
         .bind(7, std::int64_t(message.validity))
         .bind(8, std::int64_t(message.replyPath))
         .bind(9, std::int64_t(message.replyTo));
+    // The search index cannot read a text kept as UTF-16 bytes: it reads this copy instead.
+    if (storedAsUtf16Bytes(message.text))
+        upsert.bind(10, searchableText(message.text));
     upsert.step();
     Statement& clear = db_->cached("DELETE FROM addresses WHERE message_id = ?");
     clear.bind(1, std::int64_t(message.getId()));

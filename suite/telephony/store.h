@@ -402,6 +402,8 @@ public:
     AddressRecord* addressFor(GSM::Contact* contact);
     AddressRecord* bareAddress(const std::u16string& number);
     ContactRecord* findPerson(std::u16string_view number) const;
+    // The phone book's entries (sorted as the picker shows them).
+    const std::vector<GSM::Contact*>& phoneBook() const { return contactsFolder_.entries; }
     std::uint64_t phoneBookGeneration() const { return phoneBookGeneration_; }
     FolderImpl* folder(int specialFolder);
     GSM::Result runPicker(GSM::WindowHandle owner, const std::u16string& title,

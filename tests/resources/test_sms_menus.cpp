@@ -57,7 +57,7 @@ TEST(SmsMenus, EveryMenuWithItsCommands) {
           entry("Sort by/Sort Descending", 10263)}},
         {10012,
          {entry("New", 10237), "Tools/", entry("Tools/Info", 10273),
-          entry("Tools/Options", 10274)}},
+          entry("Tools/Options", 10274), entry("Tools/Find...", 12185)}},
         {10013, {entry("Service Centers", 10265)}},
         {10017, {"Variable Names/"}},
         {10018,
