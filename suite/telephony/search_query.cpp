@@ -1,5 +1,7 @@
 #include "suite/telephony/search_query.h"
 
+#include "suite/telephony/database.h"
+
 #include <QString>
 
 namespace tessaly::telephony {
@@ -13,18 +15,6 @@ bool isNumberCharacter(char16_t c) {
 // Control characters (NUL among them) separate words as spaces do.
 bool isSeparator(char16_t c) {
     return QChar(c).isSpace() || QChar(c).category() == QChar::Other_Control;
-}
-
-// SQLite pairs a lone surrogate with whatever follows it, the closing quote included.
-std::u16string withoutLoneSurrogates(std::u16string text) {
-    for (size_t i = 0; i < text.size(); ++i) {
-        if (QChar::isHighSurrogate(text[i]) && i + 1 < text.size() &&
-            QChar::isLowSurrogate(text[i + 1]))
-            ++i;
-        else if (QChar::isSurrogate(text[i]))
-            text[i] = u'\uFFFD';
-    }
-    return text;
 }
 
 bool hasLetterOrDigit(std::u16string_view text) {
@@ -107,7 +97,9 @@ SearchQuery parseSearchQuery(std::u16string_view typed) {
             if (isSeparator(c))
                 c = u' ';
         }
-        query.terms.push_back(foldForSearch(withoutLoneSurrogates(std::move(term))));
+        // SQLite would pair a lone surrogate with whatever follows it, the closing quote
+        // included: terms are made as the index reads the texts.
+        query.terms.push_back(foldForSearch(searchableText(term)));
         phrase.push_back(quoted);
     }
     if (query.terms.empty())
