@@ -14,6 +14,7 @@
 #include "host/radio_choice.h"
 #include "host/screenshot.h"
 #include "host/system_language.h"
+#include "host/termination_signals.h"
 #include "suite/telephony/modemmanager_backend.h"
 #include "suite/telephony/telephony.h"
 
@@ -94,6 +95,7 @@ int main(int argc, char** argv) {
 
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("tessaly-phone"));
+    const tessaly::host::TerminationSignals terminationSignals;
     if (!options->dataDirectory.isEmpty())
         tessaly::setDataDirectory(options->dataDirectory);
 

@@ -17,6 +17,8 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 namespace {
 
 namespace sim = tessaly::telephony::simulator;
@@ -116,6 +118,34 @@ TEST(PhoneProcess, DamagedHiveStopsThePhoneAndStaysAsItWas) {
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));
         EXPECT_EQ(file.readAll(), noise);
         EXPECT_FALSE(QFile::exists(data.filePath(QStringLiteral("phone.png"))));
+    }
+}
+
+// Logout, `systemctl stop` and Ctrl+C end the phone as closing it does: the store and the
+// hives are checkpointed and closed, no journal is left.
+TEST(PhoneProcess, TerminationSignalsEndThePhoneCleanly) {
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        SCOPED_TRACE(signal);
+        QTemporaryDir data;
+        QProcess phone;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        phone.setProcessEnvironment(environment);
+        phone.start(QStringLiteral(TESSALY_PHONE_PATH),
+                    {QStringLiteral("--data-dir"), data.path(), QStringLiteral("--demo"),
+                     QStringLiteral("--modem"), QStringLiteral("simulator")});
+        // Started once it names its radio.
+        QByteArray output;
+        while (!output.contains("radio:") && phone.waitForReadyRead(20000))
+            output += phone.readAllStandardOutput();
+        ASSERT_TRUE(output.contains("radio:")) << phone.readAllStandardError().toStdString();
+        ASSERT_FALSE(journalFiles(data.path()).isEmpty()) << "the store is open while it runs";
+        ::kill(pid_t(phone.processId()), signal);
+        ASSERT_TRUE(phone.waitForFinished(20000));
+        EXPECT_EQ(phone.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(phone.exitCode(), 0);
+        EXPECT_TRUE(journalFiles(data.path()).isEmpty())
+            << journalFiles(data.path()).join(u' ').toStdString();
     }
 }
 
