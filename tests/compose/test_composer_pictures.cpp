@@ -33,6 +33,10 @@ TEST_F(ComposerPictures, NewMessageDetailsAndFavourites) {
     ASSERT_TRUE(testkit::type(*composer, IDC_COMPOSE_TEXT, QStringLiteral("see you at 8")));
     EXPECT_TRUE(testkit::saveScreenshot(*composer, testkit::testOutputPath("compose_new.png")));
 
+    // Emoji come from the input panel as whole characters, not key by key.
+    composer->setItemText(IDC_COMPOSE_TEXT, QStringLiteral("🍕🇮🇹 or 🍣🇯🇵? 😀"));
+    EXPECT_TRUE(testkit::saveScreenshot(*composer, testkit::testOutputPath("compose_emoji.png")));
+
     ASSERT_TRUE(testkit::click(*composer, IDC_COMPOSE_DOWN));
     EXPECT_TRUE(testkit::saveScreenshot(*composer, testkit::testOutputPath("compose_details.png")));
     ASSERT_TRUE(testkit::click(*composer, IDC_COMPOSE_UP));

@@ -3,6 +3,7 @@
 #include "resources/resource.h"
 
 #include <QFileInfo>
+#include <QFontDatabase>
 
 namespace {
 
@@ -64,6 +65,27 @@ TEST_F(ListsScreenshot, MainWindowViewAndDeleteWindow) {
     ASSERT_NE(deleteWindow, nullptr);
     EXPECT_TRUE(testkit::saveScreenshot(
         *deleteWindow, testkit::testOutputPath(QStringLiteral("lists_delete_messages.png"))));
+}
+
+// Emoji and flags as people send them, drawn in colour by the emoji font the set-up installs
+// (without it they are empty boxes).
+TEST_F(ListsScreenshot, EmojiAndFlagsInTheInboxAndTheView) {
+    const QStringList families = QFontDatabase::families();
+    EXPECT_TRUE(families.contains(QStringLiteral("Noto Color Emoji")))
+        << "tools/install-deps installs fonts-noto-color-emoji";
+    store({message(0, GSM::Message::Unread, u"+436641234567",
+                   u"Happy birthday! 🎂🎉 See you in Berlin 🇩🇪 or Wien 🇦🇹 👍🏽",
+                   at(2024, 5, 17, 9, 50))});
+    tessaly::sms::MainSmsWindow* main = openMain();
+    ASSERT_NE(main, nullptr);
+    EXPECT_TRUE(testkit::saveScreenshot(
+        *main, testkit::testOutputPath(QStringLiteral("lists_emoji_inbox.png"))));
+    user.runModal([](tessaly::Dialog& view) {
+        EXPECT_TRUE(testkit::saveScreenshot(
+            view, testkit::testOutputPath(QStringLiteral("lists_emoji_view.png"))));
+    });
+    ASSERT_TRUE(testkit::select(*main, IDC_MAIN_LIST, 0));
+    settle();
 }
 
 } // namespace
