@@ -5,6 +5,7 @@
 #include "framework/ui/screen.h"
 #include "framework/ui/useragent.h"
 
+#include <QEvent>
 #include <QMenu>
 
 namespace tessaly {
@@ -96,6 +97,18 @@ CommandBar::CommandBar(QWidget* parent)
     });
 }
 
+// The bar stands at the bottom of the phone's screen: its menus open upward from it, as on the
+// phone, instead of below the screen where Qt would put them.
+bool CommandBar::eventFilter(QObject* watched, QEvent* event) {
+    auto* popup = qobject_cast<QMenu*>(watched);
+    if (popup && event->type() == QEvent::Show) {
+        const QRect entry = actionGeometry(popup->menuAction());
+        const QPoint above = mapToGlobal(QPoint(entry.left(), 0));
+        popup->move(above.x(), above.y() - popup->sizeHint().height());
+    }
+    return QMenuBar::eventFilter(watched, event);
+}
+
 bool CommandBar::setMenu(int menuId, Dialog* target) {
     const MenuTemplate* menu = findMenuTemplate(menuId);
     if (!menu) {
@@ -116,6 +129,7 @@ void CommandBar::setMenu(const MenuTemplate& menu, Dialog* target) {
         if (item.isPopup || !item.children.empty()) {
             QMenu* popup = addMenu(item.text);
             popup->setEnabled(item.enabled);
+            popup->installEventFilter(this);
             fillQtMenu(*popup, item);
         } else {
             QAction* action = addAction(item.text);

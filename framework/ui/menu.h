@@ -69,6 +69,9 @@ public:
     // The entries in order, as shown (top level with their popups).
     std::vector<MenuItem> items() const;
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     QAction* findAction(int id) const;
 

@@ -8,6 +8,8 @@
 #include "resources/sms_resources.h"
 #include "tests/framework/recording_dialog.h"
 #include "tests/framework/window_templates.h"
+
+#include <QMenu>
 #include "tests/testkit/window_test.h"
 
 #include <QImage>
@@ -266,6 +268,24 @@ TEST_F(WindowLifeTest, CommandBarIsBuiltFromAMenuAndRoutesCommands) {
     popUp.setPresentation(Presentation::PopUp);
     ASSERT_TRUE(popUp.create());
     EXPECT_EQ(popUp.createCommandBar(kBarMenu), nullptr);
+}
+
+TEST_F(WindowLifeTest, CommandBarMenusOpenUpwardInsideTheScreen) {
+    RecordingDialog window(kAllControls);
+    ASSERT_TRUE(window.create());
+    window.showWindow(SW_SHOW);
+    CommandBar* bar = window.createCommandBar(kBarMenu);
+    ASSERT_NE(bar, nullptr);
+    QMenu* popup = nullptr;
+    for (QAction* action : bar->actions())
+        popup = action->menu() ? action->menu() : popup;
+    ASSERT_NE(popup, nullptr);
+    popup->popup(bar->mapToGlobal(QPoint(0, bar->height())));
+    const QRect menu = popup->geometry();
+    const QRect barArea(bar->mapToGlobal(QPoint(0, 0)), bar->size());
+    EXPECT_EQ(menu.bottom(), barArea.top() - 1) << "the menu ends where the bar begins";
+    EXPECT_GE(menu.top(), window.window()->mapToGlobal(QPoint(0, 0)).y());
+    popup->hide();
 }
 
 TEST_F(WindowLifeTest, CommandBarFromTheModulesOwnMenu) {
