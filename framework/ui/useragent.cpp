@@ -2,6 +2,7 @@
 
 #include "framework/ui/dialog.h"
 #include "framework/ui/menu.h"
+#include "framework/ui/phone_message_box.h"
 #include "framework/ui/screen.h"
 
 #include <QDialog>
@@ -9,7 +10,6 @@
 #include <QDialogButtonBox>
 #include <QListWidget>
 #include <QMenu>
-#include <QMessageBox>
 #include <QPointer>
 #include <QVBoxLayout>
 
@@ -19,76 +19,23 @@ namespace tessaly {
 
 namespace {
 
-QMessageBox::Icon iconFromFlags(UINT flags) {
-    switch (flags & 0xf0) {
-    case MB_ICONHAND:
-        return QMessageBox::Critical;
-    case MB_ICONQUESTION:
-        return QMessageBox::Question;
-    case MB_ICONEXCLAMATION:
-        return QMessageBox::Warning;
-    case MB_ICONINFORMATION:
-        return QMessageBox::Information;
-    default:
-        return QMessageBox::NoIcon;
-    }
-}
-
-struct BoxButton {
-    QMessageBox::StandardButton button;
-    int result;
-};
-
-std::vector<BoxButton> buttonsFromFlags(UINT flags) {
-    switch (flags & 0xf) {
-    case MB_OKCANCEL:
-        return {{QMessageBox::Ok, IDOK}, {QMessageBox::Cancel, IDCANCEL}};
-    case MB_YESNOCANCEL:
-        return {
-            {QMessageBox::Yes, IDYES}, {QMessageBox::No, IDNO}, {QMessageBox::Cancel, IDCANCEL}};
-    case MB_YESNO:
-        return {{QMessageBox::Yes, IDYES}, {QMessageBox::No, IDNO}};
-    default:
-        return {{QMessageBox::Ok, IDOK}};
-    }
-}
-
 // The answers of the person, with Qt widgets.
 class QtUserAgent final : public UserAgent {
 public:
     int messageBox(QWidget* owner, const QString& text, const QString& caption,
                    UINT flags) override {
-        QMessageBox box(iconFromFlags(flags), caption, text, QMessageBox::NoButton, owner);
-        box.setFont(smallFont());
-        const std::vector<BoxButton> buttons = buttonsFromFlags(flags);
-        for (const BoxButton& entry : buttons)
-            box.addButton(entry.button);
-        const size_t defaultIndex = (flags & MB_DEFBUTTON2) && buttons.size() > 1 ? 1 : 0;
-        box.setDefaultButton(buttons[defaultIndex].button);
-        if (flags & (MB_TOPMOST | MB_SETFOREGROUND))
-            box.setWindowFlag(Qt::WindowStaysOnTopHint);
-        openBoxes_.push_back({owner, &box, 0});
-        const int clicked = box.exec();
-        const auto mine = std::find_if(openBoxes_.begin(), openBoxes_.end(),
-                                       [&](const OpenBox& open) { return open.box == &box; });
-        const int forced = mine->forcedResult;
-        openBoxes_.erase(mine);
-        if (forced != 0)
-            return forced;
-        for (const BoxButton& entry : buttons)
-            if (entry.button == clicked)
-                return entry.result;
-        // Closed without a button: Cancel where there is one, else the only button.
-        const bool hasCancel = std::any_of(buttons.begin(), buttons.end(),
-                                           [](const BoxButton& b) { return b.result == IDCANCEL; });
-        return hasCancel ? IDCANCEL : buttons.front().result;
+        PhoneMessageBox box(owner, text, caption, flags);
+        openBoxes_.push_back({owner, &box});
+        const int result = box.run();
+        openBoxes_.erase(std::find_if(openBoxes_.begin(), openBoxes_.end(),
+                                      [&](const OpenBox& open) { return open.box == &box; }));
+        return result;
     }
 
     bool endMessageBox(QWidget* owner, int result) override {
         for (auto it = openBoxes_.rbegin(); it != openBoxes_.rend(); ++it) {
             if (it->owner == owner && it->box) {
-                it->forcedResult = result;
-                it->box->done(0);
+                it->box->finish(result);
                 return true;
             }
         }
@@ -169,8 +116,7 @@ public:
 private:
     struct OpenBox {
         QWidget* owner;
-        QPointer<QMessageBox> box;
-        int forcedResult;
+        QPointer<PhoneMessageBox> box;
     };
     std::vector<OpenBox> openBoxes_;
 };
