@@ -1,5 +1,6 @@
 #include "framework/ui/controls.h"
 
+#include "framework/ui/press_and_hold.h"
 #include "framework/ui/screen.h"
 
 #include <QApplication>
@@ -232,6 +233,7 @@ Edit::Edit(bool multiLine, QWidget* parent)
     inner->installEventFilter(this);
     inner->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(inner, &QWidget::customContextMenuRequested, this, &Edit::contextMenuRequested);
+    PressAndHold::attach(plain_ ? plain_->viewport() : inner);
     layout->addWidget(inner);
     setFocusProxy(inner);
 }
@@ -507,6 +509,7 @@ QStyle* compactListStyle() {
 ListView::ListView(QWidget* parent)
     : QTableWidget(parent) {
     setFont(listFont());
+    PressAndHold::attach(viewport());
     for (QWidget* part : std::initializer_list<QWidget*>{this, verticalScrollBar(),
                                                          horizontalScrollBar(), horizontalHeader()})
         part->setStyle(compactListStyle());

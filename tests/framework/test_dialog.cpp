@@ -11,6 +11,7 @@
 #include <QHeaderView>
 #include <QScrollBar>
 #include <QStyle>
+#include <QTest>
 
 #include <gtest/gtest-spi.h>
 
@@ -22,6 +23,18 @@ namespace {
 
 class DialogTest : public testkit::WindowTest {
 protected:
+    // Presses the left button, holds it `ms` by the clock, and lets go.
+    bool holdLeftButton(QWidget& widget, QPoint at, int ms = 600) {
+        QTest::mousePress(&widget, Qt::LeftButton, {}, at);
+        clock.advance(ms);
+        QTest::mouseRelease(&widget, Qt::LeftButton, {}, at);
+        return true;
+    }
+    static QPoint rowCentre(Dialog& window, int row) {
+        ListView* list = window.listView(idList);
+        return list->visualItemRect(list->item(row, 0)).center();
+    }
+
     void SetUp() override {
         WindowTest::SetUp();
         setCurrentResources(&windowScript());
@@ -116,6 +129,24 @@ TEST_F(DialogTest, TopLevelWindowsFillTheScreenAndPopUpsAreBoxes) {
     EXPECT_LT(box.window()->width(), kScreenWidth);
     EXPECT_LT(box.window()->height(), kScreenHeight / 2);
     EXPECT_EQ(box.window()->parentWidget(), window.window());
+}
+
+TEST_F(DialogTest, AFingerHeldOnAnEditAsksForItsMenuAndTheReleaseIsNoTap) {
+    RecordingDialog& window = open();
+    Edit* edit = window.edit(idToEdit);
+    ASSERT_NE(edit, nullptr);
+    int holds = 0;
+    QObject::connect(edit, &Edit::tapAndHold, edit, [&](QPoint) { ++holds; });
+    holdLeftButton(*edit->editor(), QPoint(5, 5), 200);
+    EXPECT_EQ(holds, 0);
+    holdLeftButton(*edit->editor(), QPoint(5, 5));
+    EXPECT_EQ(holds, 1);
+    // Moving away while held is a drag (selecting text), not a hold.
+    QTest::mousePress(edit->editor(), Qt::LeftButton, {}, QPoint(5, 5));
+    QTest::mouseMove(edit->editor(), QPoint(40, 5));
+    clock.advance(600);
+    QTest::mouseRelease(edit->editor(), Qt::LeftButton, {}, QPoint(40, 5));
+    EXPECT_EQ(holds, 1);
 }
 
 TEST_F(DialogTest, TextShowEnableAndCheckByIdActOnEachKind) {
@@ -218,6 +249,13 @@ TEST_F(DialogTest, NotificationsReachTheirTypedHandlers) {
         {"tap and hold",
          [&] { return testkit::tapAndHold(window, idList, 1); },
          {"taphold 10032 1"}},
+        {"left button held on a row",
+         [&] { return holdLeftButton(*window.listView(idList)->viewport(), rowCentre(window, 1)); },
+         {"taphold 10032 1"}},
+        {"left button pressed briefly on a row",
+         [&] { return holdLeftButton(*window.listView(idList)->viewport(), rowCentre(window, 1), 200); },
+         {"listclick 10032 1 0"}},
+
         {"combo open", [&] { return testkit::dropDown(window, idTemplates); }, {"dropdown 10075"}},
         {"combo close", [&] { return testkit::closeUp(window, idTemplates); }, {"closeup 10075"}},
         {"combo pick",
