@@ -128,6 +128,18 @@ EditorStep saveTemplate(const TemplateEdit& edit, QWidget* owner) {
     return EditorStep::Close;
 }
 
+int variableNameProblem(const QString& name, const QString& loadedName,
+                        const QStringList& existingNames, int userAddedCount) {
+    if (name.contains(u'\\'))
+        return IDS_VARIABLE_NAME_BACKSLASH;
+    const bool sameVariable = !loadedName.isEmpty() && name.compare(loadedName, Qt::CaseInsensitive) == 0;
+    if (!sameVariable && existingNames.contains(name, Qt::CaseInsensitive))
+        return IDS_VARIABLE_NAME_TAKEN;
+    if (loadedName.isEmpty() && userAddedCount >= kMostUserVariables)
+        return IDS_VARIABLE_LIMIT;
+    return 0;
+}
+
 EditorStep saveVariable(const VariableEdit& edit, QWidget* owner) {
     const bool renamed = !edit.loadedName.isEmpty() && edit.name != edit.loadedName;
     const bool asks =
@@ -139,6 +151,14 @@ EditorStep saveVariable(const VariableEdit& edit, QWidget* owner) {
         return EditorStep::Stay;
     }
     const bool registers = edit.loadedName.isEmpty() || renamed;
+    if (registers) {
+        if (const int problem =
+                variableNameProblem(edit.name, edit.loadedName, TemplateStore::variableNames(),
+                                    int(TemplateStore::userAddedVariables().size()))) {
+            refuse(owner, problem);
+            return EditorStep::Stay;
+        }
+    }
     // Checked before the rename, which deletes the old key: a refused save must lose nothing.
     if (registers && edit.list.values().isEmpty()) {
         refuse(owner, IDS_VARIABLE_WITHOUT_VALUES);

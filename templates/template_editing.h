@@ -96,8 +96,19 @@ struct VariableEdit {
     VariableValueList list;
 };
 
+// The most variables a person may add: the store counts them with two digits.
+constexpr int kMostUserVariables = 99;
+
+// Why a new or renamed variable may not take `name` (a string id), or 0 when it may: a
+// backslash would make nested registry keys, a name taken by another variable (names compare
+// without case, as the registry does) would overwrite it, and past kMostUserVariables the
+// count would no longer fit. `loadedName` is empty for a new variable.
+int variableNameProblem(const QString& name, const QString& loadedName,
+                        const QStringList& existingNames, int userAddedCount);
+
 // OK of the Edit Variable dialog: "Do you want to save changes?" (always for a list variable,
-// for a computed one only when its default changed); an empty name is refused; a new or renamed
+// for a computed one only when its default changed); an empty name is refused, and a name
+// variableNameProblem finds a problem with, saying why; a new or renamed
 // variable without values is refused; a renamed variable takes the templates' placeholders with
 // it; a new or renamed one is registered as added by the user; then default and values are
 // written.

@@ -4,6 +4,7 @@
 #include "templates/factory_defaults.h"
 #include "templates/placeholder_expander.h"
 #include "templates/template_editing.h"
+#include "resources/resource.h"
 
 #include "templates_test_support.h"
 
@@ -170,6 +171,14 @@ TEST_F(TemplateEditingTest, ARefusedOrCancelledVariableLeavesTheStoreAlone) {
     }
     VariableEdit cancelled = openedVariable("Greeting");
     cancelled.list.setRowText(0, "Howdy");
+    VariableEdit nested;
+    nested.name = "Mood\\Happy";
+    nested.list.setRowText(0, "glad");
+    VariableEdit taken;
+    taken.name = "greeting";
+    taken.list.setRowText(0, "Yo");
+    VariableEdit renamedOntoAnother = openedVariable("Greeting");
+    renamedOntoAnother.name = "TIME";
     const struct {
         const char* what;
         VariableEdit edit;
@@ -187,6 +196,23 @@ TEST_F(TemplateEditingTest, ARefusedOrCancelledVariableLeavesTheStoreAlone) {
          {IDCANCEL},
          {"Do you want to save changes?"},
          EditorStep::Close},
+        {"a backslash in the name",
+         nested,
+         {IDOK, IDOK},
+         {"Do you want to save changes?", "A variable name cannot contain a backslash (\\)."},
+         EditorStep::Stay},
+        {"new, named like an existing one",
+         taken,
+         {IDOK, IDOK},
+         {"Do you want to save changes?",
+          "A variable of this name already exists. Choose another name."},
+         EditorStep::Stay},
+        {"renamed onto another",
+         renamedOntoAnother,
+         {IDOK, IDOK},
+         {"Do you want to save changes?",
+          "A variable of this name already exists. Choose another name."},
+         EditorStep::Stay},
     };
     const VariableDefinition greeting = TemplateStore::readVariable("Greeting");
     const QString greetingTemplate = TemplateStore::readTemplate("Greeting");
@@ -200,6 +226,52 @@ TEST_F(TemplateEditingTest, ARefusedOrCancelledVariableLeavesTheStoreAlone) {
         EXPECT_EQ(TemplateStore::readTemplate("Greeting"), greetingTemplate);
         EXPECT_TRUE(TemplateStore::userAddedVariables().isEmpty());
     }
+}
+
+TEST(VariableNames, WhatANewOrRenamedVariableMayNotBeCalled) {
+    const QStringList existing = {"Greeting", "Time", "Mood"};
+    const struct {
+        const char* name;
+        const char* loaded;
+        int added;
+        int problem;
+    } cases[] = {
+        {"Salute", "", 0, 0},
+        {"Salute", "", 98, 0},
+        {"Salute", "", 99, IDS_VARIABLE_LIMIT},
+        {"Salute", "Mood", 99, 0}, // a rename adds no variable
+        {"mood", "", 0, IDS_VARIABLE_NAME_TAKEN},
+        {"GREETING", "Mood", 0, IDS_VARIABLE_NAME_TAKEN},
+        {"MOOD", "Mood", 0, 0}, // the same variable, in other letters
+        {"Mood\\Happy", "", 0, IDS_VARIABLE_NAME_BACKSLASH},
+        {"\\", "Mood", 0, IDS_VARIABLE_NAME_BACKSLASH},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(tessaly::sms::variableNameProblem(c.name, c.loaded, existing, c.added), c.problem)
+            << c.name << " from " << c.loaded << " with " << c.added;
+    }
+}
+
+TEST_F(TemplateEditingTest, TheHundredthAddedVariableIsRefusedAndNothingIsLost) {
+    for (int i = 1; i <= 99; ++i) {
+        VariableEdit added;
+        added.name = QStringLiteral("Var%1").arg(i);
+        added.list.setRowText(0, QStringLiteral("v%1").arg(i));
+        person.boxAnswers = {IDOK};
+        ASSERT_EQ(tessaly::sms::saveVariable(added, nullptr), EditorStep::Close) << i;
+    }
+    VariableEdit hundredth;
+    hundredth.name = "Var100";
+    hundredth.list.setRowText(0, "v100");
+    person.boxTexts.clear();
+    person.boxAnswers = {IDOK, IDOK};
+    EXPECT_EQ(tessaly::sms::saveVariable(hundredth, nullptr), EditorStep::Stay);
+    EXPECT_EQ(person.boxTexts.back(), "No more than 99 variables can be added. Delete one first.");
+    const QStringList added = TemplateStore::userAddedVariables();
+    ASSERT_EQ(added.size(), 99);
+    EXPECT_EQ(added.front(), "Var1");
+    EXPECT_EQ(added.back(), "Var99");
+    EXPECT_FALSE(TemplateStore::variableNames().contains("Var100"));
 }
 
 TEST_F(TemplateEditingTest, SavedVariablesReachTheStore) {
