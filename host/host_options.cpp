@@ -76,7 +76,10 @@ std::optional<HostOptions> parseHostArguments(const QStringList& arguments, QStr
             *error = QStringLiteral("--import and --export are separate runs");
         return std::nullopt;
     }
-    const QString radio = p.parser.value(p.modem);
+    // A picture of the phone is of the phone, not of whatever modem is plugged in.
+    const QString radio = p.parser.isSet(p.modem) || options.screenshotPath.isEmpty()
+                              ? p.parser.value(p.modem)
+                              : QStringLiteral("simulator");
     if (radio == QStringLiteral("simulator")) {
         options.radio = RadioKind::Simulator;
     } else if (radio == QStringLiteral("modemmanager")) {

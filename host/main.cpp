@@ -15,7 +15,7 @@
 #include "host/screenshot.h"
 #include "host/system_language.h"
 #include "host/termination_signals.h"
-#include "suite/telephony/modemmanager_backend.h"
+#include "suite/modemmanager/modemmanager_backend.h"
 #include "suite/telephony/telephony.h"
 
 #include <QApplication>

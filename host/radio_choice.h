@@ -15,9 +15,13 @@ struct RadioChoice {
     QString error;       // why a demanded modem is not there
 };
 
+// How long `auto` waits for ModemManager's answer before it takes the simulator.
+constexpr int kAutoLookMs = 200;
+
 // Installs the radio backend `kind` asks for and starts it (the modem's messages are imported,
 // so the host's hooks must be in place). Auto falls back to the simulator when ModemManager on
-// `bus` reports no modem; ModemManager then fails instead.
+// `bus` reports no modem (it never starts ModemManager through the bus, and asks for at most
+// kAutoLookMs); ModemManager then fails instead.
 RadioChoice chooseRadio(RadioKind kind, const QDBusConnection& bus);
 
 } // namespace tessaly::host

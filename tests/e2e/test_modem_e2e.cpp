@@ -10,7 +10,7 @@
 #include "modem-emulator/emulated_modem.h"
 #include "modem-emulator/ports.h"
 #include "suite/telephony/events.h"
-#include "suite/telephony/modemmanager_backend.h"
+#include "suite/modemmanager/modemmanager_backend.h"
 #include "suite/telephony/telephony.h"
 #include "tests/e2e/phone_test_support.h"
 #include "tests/testkit/scripted_user.h"

@@ -54,6 +54,9 @@ TEST(HostOptions, TheRadioIsChosenByName) {
         {{"--modem=simulator"}, RadioKind::Simulator},
         {{"--modem", "modemmanager"}, RadioKind::ModemManager},
         {{"--modem", "ofono"}, std::nullopt},
+        {{"--screenshot", "a.png"}, RadioKind::Simulator},
+        {{"--screenshot", "a.png", "--modem", "auto"}, RadioKind::Auto},
+        {{"--screenshot", "a.png", "--modem=modemmanager"}, RadioKind::ModemManager},
         {{"--modem"}, std::nullopt},
     };
     for (const auto& [arguments, radio] : cases) {

@@ -1,4 +1,4 @@
-#include "suite/telephony/modemmanager_backend.h"
+#include "suite/modemmanager/modemmanager_backend.h"
 
 #include "suite/telephony/pdu/pdu.h"
 
@@ -103,12 +103,14 @@ QDBusConnection ModemManagerBackend::defaultBus() {
 }
 
 std::shared_ptr<ModemManagerBackend> ModemManagerBackend::find(const QDBusConnection& bus,
-                                                               int timeoutMs) {
+                                                               int timeoutMs,
+                                                               bool startService) {
     if (!bus.isConnected())
         return nullptr;
     QDBusMessage call = QDBusMessage::createMethodCall(
         kService, kRoot, QStringLiteral("org.freedesktop.DBus.ObjectManager"),
         QStringLiteral("GetManagedObjects"));
+    call.setAutoStartService(startService);
     const QDBusMessage reply = bus.call(call, QDBus::Block, timeoutMs);
     if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
         return nullptr;
