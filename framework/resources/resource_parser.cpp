@@ -39,10 +39,16 @@ struct Failure {
 };
 
 constexpr int kMaxIncludeDepth = 16;
+// The script and everything it includes, counted every time a file is read: repeated includes
+// of a file that includes repeatedly multiply, and would otherwise grow without bound.
+constexpr qsizetype kMaxTextRead = 16 * 1024 * 1024;
 constexpr qint64 kMaxResourceId = 65535;
 
 struct Context {
     QStringList files;
+    // The files being read, the script first and the innermost include last.
+    QStringList includeChain;
+    qsizetype textRead = 0;
     std::map<QString, Symbol> symbols;
     IncludeResolver resolveInclude;
 
@@ -580,9 +586,20 @@ private:
             text = context_.resolveInclude(name, context_.files.value(file_), &displayName);
         if (!text)
             fail(QStringLiteral("cannot open include file \"%1\"").arg(name));
+        if (context_.includeChain.contains(displayName))
+            fail(QStringLiteral("#include cycle: \"%1\" includes itself through %2")
+                     .arg(displayName, context_.includeChain.join(QStringLiteral(" → "))));
+        context_.textRead += text->size();
+        if (context_.textRead > kMaxTextRead)
+            fail(QStringLiteral("the script and its includes come to more than %1 MB of text "
+                                "(at \"%2\")")
+                     .arg(kMaxTextRead / (1024 * 1024))
+                     .arg(name));
         context_.files.append(displayName);
+        context_.includeChain.append(displayName);
         Lexer nested(context_, out_, depth_ + 1);
         nested.run(*text, int(context_.files.size() - 1));
+        context_.includeChain.removeLast();
     }
 
     Context& context_;
@@ -1017,6 +1034,8 @@ ResourceParseResult parseResourceScript(const QString& text, const QString& file
     ResourceParseResult result;
     Context context;
     context.files.append(fileName);
+    context.includeChain.append(fileName);
+    context.textRead = text.size();
     context.resolveInclude = resolveInclude;
     predefineSymbols(context);
     try {

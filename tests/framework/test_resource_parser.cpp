@@ -490,12 +490,43 @@ TEST(ResourceParser, FileIsReadWithItsIncludesBesideIt) {
     EXPECT_EQ(missing.error->toString(), QStringLiteral("none.rc:0: cannot open the file"));
 }
 
-TEST(ResourceParser, IncludesDoNotRecurseForever) {
-    const auto result =
-        parse(QStringLiteral("#include \"self.h\""), {{"self.h", "#include \"self.h\"\n"}});
-    ASSERT_FALSE(result.ok());
-    EXPECT_TRUE(result.error->message.startsWith(QStringLiteral("#include nested too deeply")))
-        << qPrintable(result.error->toString());
+TEST(ResourceParser, IncludeCyclesAndRunawayIncludesAreRefused) {
+    // A file of 2 MB that includes the next one twice, eight deep: 2^8 copies if nothing
+    // stopped it.
+    std::map<QString, QString> doubling;
+    const QString padding = QStringLiteral("// ") + QString(2 * 1024 * 1024, u'x') + u'\n';
+    for (int level = 0; level < 8; ++level) {
+        const QString next = QStringLiteral("d%1.h").arg(level + 1);
+        doubling[QStringLiteral("d%1.h").arg(level)] =
+            padding + QStringLiteral("#include \"%1\"\n#include \"%1\"\n").arg(next);
+    }
+    doubling[QStringLiteral("d8.h")] = QStringLiteral("#define LAST 1\n");
+    const struct {
+        const char* name;
+        QString script;
+        std::map<QString, QString> files;
+        const char* error; // empty: parses
+    } cases[] = {
+        {"itself", QStringLiteral("#include \"self.h\""), {{"self.h", "#include \"self.h\"\n"}},
+         "#include cycle: \"self.h\" includes itself"},
+        {"through another", QStringLiteral("#include \"a.h\""),
+         {{"a.h", "#include \"b.h\"\n"}, {"b.h", "#include \"a.h\"\n"}},
+         "#include cycle: \"a.h\" includes itself through t.rc → a.h → b.h"},
+        {"the same file twice, side by side", QStringLiteral("#include \"a.h\"\n#include \"a.h\""),
+         {{"a.h", "#define A 1\n"}}, ""},
+        {"doubling", QStringLiteral("#include \"d0.h\""), doubling, "come to more than 16 MB"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const auto result = parse(c.script, c.files);
+        if (*c.error == 0) {
+            EXPECT_TRUE(result.ok()) << qPrintable(result.error->toString());
+            continue;
+        }
+        ASSERT_FALSE(result.ok());
+        EXPECT_TRUE(result.error->message.contains(QString::fromUtf8(c.error)))
+            << qPrintable(result.error->toString());
+    }
 }
 
 } // namespace
