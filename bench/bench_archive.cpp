@@ -73,9 +73,7 @@ bool importFile(const QString& file, qint64* gapMs) {
     QElapsedTimer sinceReport;
     sinceReport.start();
     qint64 longest = 0;
-    const auto report = [&](qint64, qint64) {
-        longest = std::max(longest, sinceReport.restart());
-    };
+    const auto report = [&](qint64, qint64) { longest = std::max(longest, sinceReport.restart()); };
     const bool ok = import.read(report) && import.commit(report).isOk();
     longest = std::max(longest, sinceReport.elapsed());
     if (gapMs)

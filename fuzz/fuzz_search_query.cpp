@@ -44,8 +44,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         fail("a query with terms but nothing for the index, or the other way round");
     if (!query.empty()) {
         sqlite3_stmt* statement = nullptr;
-        if (sqlite3_prepare16_v2(index(), u"SELECT count(*) FROM t WHERE t MATCH ?", -1,
-                                 &statement, nullptr) != SQLITE_OK)
+        if (sqlite3_prepare16_v2(index(), u"SELECT count(*) FROM t WHERE t MATCH ?", -1, &statement,
+                                 nullptr) != SQLITE_OK)
             fail("prepare");
         sqlite3_bind_text16(statement, 1, query.textIndexQuery.data(),
                             int(query.textIndexQuery.size() * sizeof(char16_t)), SQLITE_TRANSIENT);

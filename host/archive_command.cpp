@@ -36,8 +36,9 @@ void printProgress(const char* verb, qint64 done, qint64 total) {
 } // namespace
 
 QString importSummary(const archive::ImportCounts& counts) {
-    QString text = counts.imported == 1 ? QStringLiteral("Imported 1 message")
-                                        : QStringLiteral("Imported %1 messages").arg(counts.imported);
+    QString text = counts.imported == 1
+                       ? QStringLiteral("Imported 1 message")
+                       : QStringLiteral("Imported %1 messages").arg(counts.imported);
     if (counts.alreadyPresent > 0)
         text += counts.alreadyPresent == 1
                     ? QStringLiteral("; 1 was already here")
@@ -67,14 +68,14 @@ int runArchiveCommand(const HostOptions& options) {
         });
         if (terminal)
             std::fprintf(stderr, "\r");
-        const GSM::Result committed =
-            read ? import.commit([terminal](qint64 done, qint64 total) {
-                if (terminal)
-                    printProgress("adding", done, total);
-            })
-                 : GSM::Result(GSM::ErrorInvalidArgument, u"");
+        const GSM::Result committed = read ? import.commit([terminal](qint64 done, qint64 total) {
+            if (terminal)
+                printProgress("adding", done, total);
+        })
+                                           : GSM::Result(GSM::ErrorInvalidArgument, u"");
         if (!read) {
-            std::fprintf(stderr, "tessaly-phone: nothing imported: %s\n", qPrintable(import.error()));
+            std::fprintf(stderr, "tessaly-phone: nothing imported: %s\n",
+                         qPrintable(import.error()));
             status = 1;
         } else if (!committed.isOk()) {
             std::fprintf(stderr, "tessaly-phone: nothing imported: %s\n",
@@ -85,12 +86,12 @@ int runArchiveCommand(const HostOptions& options) {
         }
     } else {
         qint64 exported = 0;
-        const GSM::Result result = archive::exportMessages(
-            archive::storeDatabasePath(), options.exportFile, &exported,
-            [terminal](qint64 done, qint64 total) {
-                if (terminal)
-                    printProgress("writing", done, total);
-            });
+        const GSM::Result result =
+            archive::exportMessages(archive::storeDatabasePath(), options.exportFile, &exported,
+                                    [terminal](qint64 done, qint64 total) {
+                                        if (terminal)
+                                            printProgress("writing", done, total);
+                                    });
         if (terminal)
             std::fprintf(stderr, "\r");
         if (!result.isOk()) {
@@ -189,7 +190,8 @@ void ArchiveMenu::runImport(const QString& file) {
     worker_ = std::thread([this, import] {
         const bool read = import->read(
             [this](qint64 done, qint64 total) {
-                QMetaObject::invokeMethod(this, [this, done, total] { reportProgress(done, total); });
+                QMetaObject::invokeMethod(this,
+                                          [this, done, total] { reportProgress(done, total); });
             },
             &cancel_);
         // The store is the UI thread's: the staged messages go in there, in one transaction.
@@ -201,7 +203,8 @@ void ArchiveMenu::runImport(const QString& file) {
             const GSM::Result committed =
                 import->commit([this](qint64 done, qint64 total) { reportProgress(done, total); });
             if (!committed.isOk())
-                return end(false, QStringLiteral("Nothing was imported.\n%1").arg(resultText(committed)));
+                return end(false,
+                           QStringLiteral("Nothing was imported.\n%1").arg(resultText(committed)));
             end(true, importSummary(import->counts()));
         });
     });
@@ -217,13 +220,15 @@ void ArchiveMenu::runExport(const QString& file) {
         const GSM::Result result = archive::exportMessages(
             store, file, &exported,
             [this](qint64 done, qint64 total) {
-                QMetaObject::invokeMethod(this, [this, done, total] { reportProgress(done, total); });
+                QMetaObject::invokeMethod(this,
+                                          [this, done, total] { reportProgress(done, total); });
             },
             &cancel_);
         QMetaObject::invokeMethod(this, [this, result, exported, file] {
-            end(result.isOk(), result.isOk()
-                                   ? QStringLiteral("Exported %1 messages to %2.").arg(exported).arg(file)
-                                   : QStringLiteral("Nothing was exported.\n%1").arg(resultText(result)));
+            end(result.isOk(),
+                result.isOk()
+                    ? QStringLiteral("Exported %1 messages to %2.").arg(exported).arg(file)
+                    : QStringLiteral("Nothing was exported.\n%1").arg(resultText(result)));
         });
     });
 }

@@ -44,7 +44,8 @@ struct Parser {
             QStringLiteral("The Tessaly phone with its SMS module and a simulator panel.\n"
                            "Sms.tsm is loaded from beside the program unless TESSALY_MODULE "
                            "names another file."));
-        parser.addOptions({dataDir, demo, screenshot, openMessages, modem, importFile, exportFile, help});
+        parser.addOptions(
+            {dataDir, demo, screenshot, openMessages, modem, importFile, exportFile, help});
     }
 };
 

@@ -9,8 +9,8 @@ RadioChoice chooseRadio(RadioKind kind, const QDBusConnection& bus) {
         // Auto only looks, briefly: it never starts ModemManager, nor waits on a bus that
         // does not answer.
         const bool automatic = kind == RadioKind::Auto;
-        if (auto backend = telephony::ModemManagerBackend::find(
-                bus, automatic ? kAutoLookMs : 2000, !automatic)) {
+        if (auto backend = telephony::ModemManagerBackend::find(bus, automatic ? kAutoLookMs : 2000,
+                                                                !automatic)) {
             telephony::setRadioBackend(backend);
             backend->start();
         } else if (kind == RadioKind::ModemManager) {

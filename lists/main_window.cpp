@@ -467,11 +467,8 @@ void MainSmsWindow::viewMessage(long messageId, int folder) {
 }
 
 void MainSmsWindow::openSearch() {
-    SearchWindow search(
-        [this](long messageId, int folder) {
-            viewMessage(messageId, folder);
-        },
-        this);
+    SearchWindow search([this](long messageId, int folder) { viewMessage(messageId, folder); },
+                        this);
     search.doModal();
     fillList(messageList() ? messageList()->selectedRow() : 0);
 }

@@ -15,7 +15,14 @@
 namespace tessaly::sms {
 namespace {
 
-enum Role { PartyRole = Qt::UserRole + 1, DateRole, ExcerptRole, MatchStartRole, MatchLengthRole, FolderRole };
+enum Role {
+    PartyRole = Qt::UserRole + 1,
+    DateRole,
+    ExcerptRole,
+    MatchStartRole,
+    MatchLengthRole,
+    FolderRole
+};
 
 // Two lines a row: the other party and the date, then the excerpt with the match in bold.
 class FoundMessageDelegate final : public QStyledItemDelegate {
@@ -32,7 +39,8 @@ public:
             style->drawControl(QStyle::CE_ItemViewItem, &background, painter, background.widget);
         const bool selected = option.state & QStyle::State_Selected;
         painter->save();
-        painter->setPen(option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text));
+        painter->setPen(
+            option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text));
         const QRect area = option.rect.adjusted(3, 1, -3, -1);
         const int line = option.fontMetrics.height();
         QFont bold = option.font;
@@ -40,8 +48,8 @@ public:
         const QString date = index.data(DateRole).toString();
         const int dateWidth = option.fontMetrics.horizontalAdvance(date);
         painter->setFont(bold);
-        const QString party = QFontMetrics(bold).elidedText(index.data(PartyRole).toString(),
-                                                            Qt::ElideRight, area.width() - dateWidth - 6);
+        const QString party = QFontMetrics(bold).elidedText(
+            index.data(PartyRole).toString(), Qt::ElideRight, area.width() - dateWidth - 6);
         painter->drawText(QRect(area.left(), area.top(), area.width(), line), Qt::AlignLeft, party);
         painter->setFont(option.font);
         painter->drawText(QRect(area.left(), area.top(), area.width(), line), Qt::AlignRight, date);
@@ -123,7 +131,7 @@ void SearchWindow::searchFor(const QString& text) {
     search_ = GSM::searchMessages(toWide(text));
     found_ = search_ ? search_->count() : 0;
     setItemText(IDC_SEARCH_COUNT,
-                !search_     ? loadString(IDS_SEARCH_PROMPT)
+                !search_      ? loadString(IDS_SEARCH_PROMPT)
                 : found_ == 0 ? loadString(IDS_SEARCH_NOTHING)
                 : found_ == 1 ? loadString(IDS_SEARCH_ONE)
                               : QString::asprintf(qPrintable(loadString(IDS_SEARCH_MANY)), found_));
@@ -149,7 +157,8 @@ void SearchWindow::showNextPage() {
         item->setData(MatchStartRole, hit.matchStart);
         item->setData(MatchLengthRole, hit.matchLength);
         item->setData(FolderRole, hit.folder);
-        item->setData(Qt::AccessibleTextRole, party + QStringLiteral(", ") + QString::fromStdU16String(hit.excerpt));
+        item->setData(Qt::AccessibleTextRole,
+                      party + QStringLiteral(", ") + QString::fromStdU16String(hit.excerpt));
     }
 }
 

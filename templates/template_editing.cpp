@@ -132,7 +132,8 @@ int variableNameProblem(const QString& name, const QString& loadedName,
                         const QStringList& existingNames, int userAddedCount) {
     if (name.contains(u'\\'))
         return IDS_VARIABLE_NAME_BACKSLASH;
-    const bool sameVariable = !loadedName.isEmpty() && name.compare(loadedName, Qt::CaseInsensitive) == 0;
+    const bool sameVariable =
+        !loadedName.isEmpty() && name.compare(loadedName, Qt::CaseInsensitive) == 0;
     if (!sameVariable && existingNames.contains(name, Qt::CaseInsensitive))
         return IDS_VARIABLE_NAME_TAKEN;
     if (loadedName.isEmpty() && userAddedCount >= kMostUserVariables)

@@ -143,8 +143,8 @@ void PhoneMessageBox::placeOverOwner() {
     adjustSize();
     const QWidget* phone = owner_ ? owner_->window() : nullptr;
     QRect area = phone && phone->isVisible() ? phone->frameGeometry()
-                 : screen() ? screen()->availableGeometry()
-                            : QRect(0, 0, kScreenWidth, kScreenHeight);
+                 : screen()                  ? screen()->availableGeometry()
+                                             : QRect(0, 0, kScreenWidth, kScreenHeight);
     if (phone && phone->isVisible() && area.width() > kScreenWidth)
         area.setWidth(kScreenWidth); // the phone's screen, not the panel beside it
     move(area.center() - QPoint(width() / 2, height() / 2));

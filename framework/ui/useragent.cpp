@@ -6,8 +6,8 @@
 #include "framework/ui/screen.h"
 
 #include <QDialog>
-#include <QFileDialog>
 #include <QDialogButtonBox>
+#include <QFileDialog>
 #include <QListWidget>
 #include <QMenu>
 #include <QPointer>

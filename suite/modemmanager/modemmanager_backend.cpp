@@ -103,8 +103,7 @@ QDBusConnection ModemManagerBackend::defaultBus() {
 }
 
 std::shared_ptr<ModemManagerBackend> ModemManagerBackend::find(const QDBusConnection& bus,
-                                                               int timeoutMs,
-                                                               bool startService) {
+                                                               int timeoutMs, bool startService) {
     if (!bus.isConnected())
         return nullptr;
     QDBusMessage call = QDBusMessage::createMethodCall(

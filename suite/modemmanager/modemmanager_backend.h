@@ -25,9 +25,8 @@ public:
     // The first modem with messaging that ModemManager on `bus` reports, or null (no daemon, no
     // such modem, or no answer within `timeoutMs`). Without `startService` a ModemManager that
     // is not running is not started through the bus's activation: the question only looks.
-    static std::shared_ptr<ModemManagerBackend> find(const QDBusConnection& bus,
-                                                     int timeoutMs = 2000,
-                                                     bool startService = true);
+    static std::shared_ptr<ModemManagerBackend>
+    find(const QDBusConnection& bus, int timeoutMs = 2000, bool startService = true);
     // The system bus, or the bus at TESSALY_MODEMMANAGER_BUS when that is set.
     static QDBusConnection defaultBus();
 

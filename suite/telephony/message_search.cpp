@@ -20,7 +20,8 @@ constexpr size_t kExcerptLength = 60;
 // One line around the match: line breaks and tabs as spaces, "…" where it is cut.
 GSM::SearchHit excerptOf(const std::u16string& text, std::pair<int, int> match) {
     GSM::SearchHit hit;
-    size_t start = match.first < 0 || size_t(match.first) < kBefore ? 0 : size_t(match.first) - kBefore;
+    size_t start =
+        match.first < 0 || size_t(match.first) < kBefore ? 0 : size_t(match.first) - kBefore;
     if (start > 0 && QChar::isLowSurrogate(text[start]))
         --start;
     size_t end = std::min(text.size(), start + kExcerptLength);
@@ -73,7 +74,8 @@ void StoreSearch::findParties() {
     QJsonArray array;
     for (const std::u16string& number : numbers)
         array.append(QString::fromStdU16String(number));
-    partyNumbers_ = QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact)).toStdU16String();
+    partyNumbers_ =
+        QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact)).toStdU16String();
     hasParties_ = !numbers.empty();
 }
 
@@ -124,8 +126,8 @@ std::vector<std::int64_t> StoreSearch::walkNewestFirst(int limit) {
 }
 
 GSM::SearchHit StoreSearch::hit(std::int64_t id) {
-    Statement& row = store_.db().cached(
-        "SELECT folder, coalesce(search_text, text) FROM messages WHERE id = ?");
+    Statement& row =
+        store_.db().cached("SELECT folder, coalesce(search_text, text) FROM messages WHERE id = ?");
     row.bind(1, id);
     const bool found = row.step();
     const std::u16string text = found ? row.text(1) : std::u16string();

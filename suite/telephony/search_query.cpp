@@ -78,7 +78,8 @@ SearchQuery parseSearchQuery(std::u16string_view typed) {
         const bool quoted = typed[i] == u'"';
         if (quoted) {
             const size_t close = typed.find(u'"', i + 1);
-            term = typed.substr(i + 1, (close == std::u16string_view::npos ? typed.size() : close) - i - 1);
+            term = typed.substr(i + 1, (close == std::u16string_view::npos ? typed.size() : close) -
+                                           i - 1);
             i = close == std::u16string_view::npos ? typed.size() : close + 1;
         } else {
             const size_t start = i;
@@ -152,14 +153,15 @@ std::pair<int, int> firstMatch(std::u16string_view text, const SearchQuery& quer
         size_t end = 0;
         while (end < term.size() && QChar(term[end]).isLetterOrNumber())
             ++end;
-        const bool prefix = (t + 1 == query.terms.size() && query.lastIsPrefix) ||
-                            end < term.size();
+        const bool prefix =
+            (t + 1 == query.terms.size() && query.lastIsPrefix) || end < term.size();
         std::u16string word = term.substr(0, end);
         if (word.empty())
             continue;
         wanted.emplace_back(word, prefix);
         std::u16string other = word;
-        for (size_t at = other.find(u'\u00DF'); at != std::u16string::npos; at = other.find(u'\u00DF', at))
+        for (size_t at = other.find(u'\u00DF'); at != std::u16string::npos;
+             at = other.find(u'\u00DF', at))
             other.replace(at, 1, u"ss");
         if (other != word)
             wanted.emplace_back(std::move(other), prefix);
@@ -194,8 +196,8 @@ bool nameMatches(std::u16string_view foldedName, const SearchQuery& query) {
         for (size_t at = foldedName.find(term); at != std::u16string_view::npos && !found;
              at = foldedName.find(term, at + 1)) {
             const size_t end = at + term.size();
-            found = isWordBoundary(foldedName, at) &&
-                    (prefix || end == foldedName.size() || !QChar(foldedName[end]).isLetterOrNumber());
+            found = isWordBoundary(foldedName, at) && (prefix || end == foldedName.size() ||
+                                                       !QChar(foldedName[end]).isLetterOrNumber());
         }
         if (!found)
             return false;

@@ -42,12 +42,14 @@ TEST(ArchiveProcess, ImportExportAndRefusal) {
     const QString backup = directory.filePath(QStringLiteral("backup.xml"));
     QFile file(backup);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("<?xml version='1.0' encoding='UTF-8' standalone='yes' ?>\n<smses count=\"2\">\n"
-               "<sms address=\"+4917111\" date=\"1709299385123\" type=\"1\" body=\"a\" read=\"1\" />\n"
-               "<mms date=\"1709299385124\" />\n</smses>\n");
+    file.write(
+        "<?xml version='1.0' encoding='UTF-8' standalone='yes' ?>\n<smses count=\"2\">\n"
+        "<sms address=\"+4917111\" date=\"1709299385123\" type=\"1\" body=\"a\" read=\"1\" />\n"
+        "<mms date=\"1709299385124\" />\n</smses>\n");
     file.close();
 
-    CommandRun run = runCommand({QStringLiteral("--data-dir"), data, QStringLiteral("--import"), backup});
+    CommandRun run =
+        runCommand({QStringLiteral("--data-dir"), data, QStringLiteral("--import"), backup});
     EXPECT_EQ(run.exitCode, 0) << run.errors.toStdString();
     EXPECT_EQ(run.output.trimmed(), QStringLiteral("Imported 1 message; 1 skipped (1 MMS)."));
 
@@ -63,10 +65,12 @@ TEST(ArchiveProcess, ImportExportAndRefusal) {
     run = runCommand({QStringLiteral("--data-dir"), data, QStringLiteral("--import"),
                       directory.filePath(QStringLiteral("missing.xml"))});
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_TRUE(run.errors.contains(QStringLiteral("nothing imported"))) << run.errors.toStdString();
+    EXPECT_TRUE(run.errors.contains(QStringLiteral("nothing imported")))
+        << run.errors.toStdString();
     EXPECT_TRUE(run.output.isEmpty());
     // The store was closed cleanly each time.
-    EXPECT_TRUE(QDir(data).entryList({QStringLiteral("*-wal"), QStringLiteral("*.staging")}).isEmpty());
+    EXPECT_TRUE(
+        QDir(data).entryList({QStringLiteral("*-wal"), QStringLiteral("*.staging")}).isEmpty());
 }
 
 } // namespace

@@ -3,14 +3,14 @@
 // emulator's unix socket). Skipped when ModemManager or dbus-daemon is not installed.
 
 #include "framework/ui/dialog.h"
-#include "resources/resource.h"
 #include "host/host_session.h"
 #include "host/phone_window.h"
 #include "host/radio_choice.h"
 #include "modem-emulator/emulated_modem.h"
 #include "modem-emulator/ports.h"
-#include "suite/telephony/events.h"
+#include "resources/resource.h"
 #include "suite/modemmanager/modemmanager_backend.h"
+#include "suite/telephony/events.h"
 #include "suite/telephony/telephony.h"
 #include "tests/e2e/phone_test_support.h"
 #include "tests/testkit/scripted_user.h"

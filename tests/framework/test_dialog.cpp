@@ -253,7 +253,9 @@ TEST_F(DialogTest, NotificationsReachTheirTypedHandlers) {
          [&] { return holdLeftButton(*window.listView(idList)->viewport(), rowCentre(window, 1)); },
          {"taphold 10032 1"}},
         {"left button pressed briefly on a row",
-         [&] { return holdLeftButton(*window.listView(idList)->viewport(), rowCentre(window, 1), 200); },
+         [&] {
+             return holdLeftButton(*window.listView(idList)->viewport(), rowCentre(window, 1), 200);
+         },
          {"listclick 10032 1 0"}},
 
         {"combo open", [&] { return testkit::dropDown(window, idTemplates); }, {"dropdown 10075"}},

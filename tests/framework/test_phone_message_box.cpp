@@ -1,8 +1,8 @@
 // The message box as people see it on the phone: inside the 240×320 screen whatever the text,
 // centred on the phone window, and the click that closes it ends there.
 
-#include "framework/ui/phone_message_box.h"
 #include "framework/ui/controls.h"
+#include "framework/ui/phone_message_box.h"
 #include "framework/ui/screen.h"
 #include "framework/ui/useragent.h"
 #include "resources/sms_resources.h"
@@ -42,8 +42,7 @@ TEST(PhoneMessageBox, TheLongestTextsFitThePhoneScreen) {
     int picture = 0;
     for (const QString& text : texts) {
         SCOPED_TRACE(text.toStdString());
-        PhoneMessageBox box(&phone, text, QStringLiteral("SMS"),
-                            MB_YESNOCANCEL | MB_ICONQUESTION);
+        PhoneMessageBox box(&phone, text, QStringLiteral("SMS"), MB_YESNOCANCEL | MB_ICONQUESTION);
         QTimer::singleShot(0, &box, [&] {
             const QRect shown = box.frameGeometry();
             EXPECT_LE(box.width(), tessaly::kScreenWidth);
@@ -66,8 +65,9 @@ TEST(PhoneMessageBox, ButtonsAnswerAndClosingWithoutOneCancels) {
         int button; // index of the button pressed, -1 to close the box
         int result;
     } cases[] = {
-        {MB_OK, 0, IDOK},           {MB_OK, -1, IDOK},         {MB_OKCANCEL, 1, IDCANCEL},
-        {MB_OKCANCEL, -1, IDCANCEL}, {MB_YESNO, 0, IDYES},     {MB_YESNO, -1, IDYES},
+        {MB_OK, 0, IDOK},           {MB_OK, -1, IDOK},
+        {MB_OKCANCEL, 1, IDCANCEL}, {MB_OKCANCEL, -1, IDCANCEL},
+        {MB_YESNO, 0, IDYES},       {MB_YESNO, -1, IDYES},
         {MB_YESNOCANCEL, 1, IDNO},  {MB_YESNOCANCEL, -1, IDCANCEL},
     };
     for (const auto& c : cases) {

@@ -507,13 +507,18 @@ TEST(ResourceParser, IncludeCyclesAndRunawayIncludesAreRefused) {
         std::map<QString, QString> files;
         const char* error; // empty: parses
     } cases[] = {
-        {"itself", QStringLiteral("#include \"self.h\""), {{"self.h", "#include \"self.h\"\n"}},
+        {"itself",
+         QStringLiteral("#include \"self.h\""),
+         {{"self.h", "#include \"self.h\"\n"}},
          "#include cycle: \"self.h\" includes itself"},
-        {"through another", QStringLiteral("#include \"a.h\""),
+        {"through another",
+         QStringLiteral("#include \"a.h\""),
          {{"a.h", "#include \"b.h\"\n"}, {"b.h", "#include \"a.h\"\n"}},
          "#include cycle: \"a.h\" includes itself through t.rc → a.h → b.h"},
-        {"the same file twice, side by side", QStringLiteral("#include \"a.h\"\n#include \"a.h\""),
-         {{"a.h", "#define A 1\n"}}, ""},
+        {"the same file twice, side by side",
+         QStringLiteral("#include \"a.h\"\n#include \"a.h\""),
+         {{"a.h", "#define A 1\n"}},
+         ""},
         {"doubling", QStringLiteral("#include \"d0.h\""), doubling, "come to more than 16 MB"},
     };
     for (const auto& c : cases) {

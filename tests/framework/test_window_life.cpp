@@ -9,8 +9,8 @@
 #include "tests/framework/recording_dialog.h"
 #include "tests/framework/window_templates.h"
 
-#include <QMenu>
 #include "tests/testkit/window_test.h"
+#include <QMenu>
 
 #include <QImage>
 

@@ -33,7 +33,8 @@ TEST_F(SearchWindowTest, FindTypesCountsAndOpensTheMessage) {
     const long lunchId = idsByDate(0).back();
     user.runModal([&](tessaly::Dialog& dialog) {
         auto& search = static_cast<SearchWindow&>(dialog);
-        EXPECT_EQ(search.itemText(IDC_SEARCH_COUNT), QStringLiteral("Type a word, a name or a number."));
+        EXPECT_EQ(search.itemText(IDC_SEARCH_COUNT),
+                  QStringLiteral("Type a word, a name or a number."));
         ASSERT_TRUE(testkit::type(search, IDC_SEARCH_TEXT, QStringLiteral("lun")));
         EXPECT_EQ(search.itemText(IDC_SEARCH_COUNT), QStringLiteral("2 messages found"));
         ASSERT_EQ(search.rowsShown(), 2);
@@ -60,9 +61,9 @@ TEST_F(SearchWindowTest, FindTypesCountsAndOpensTheMessage) {
 TEST_F(SearchWindowTest, TheListReadsAPageAtATimeAsItScrolls) {
     std::vector<simulator::StoredMessage> many;
     for (int i = 0; i < 45; ++i)
-        many.push_back(message(0, GSM::Message::Read, u"+4930" + QString::number(i).toStdU16String(),
-                               u"Parcel number " + QString::number(i).toStdU16String(),
-                               at(2024, 5, 1, 8, i)));
+        many.push_back(
+            message(0, GSM::Message::Read, u"+4930" + QString::number(i).toStdU16String(),
+                    u"Parcel number " + QString::number(i).toStdU16String(), at(2024, 5, 1, 8, i)));
     store(many);
     SearchWindow search({});
     user.runModal([](tessaly::Dialog& dialog) {

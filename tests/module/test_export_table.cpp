@@ -8,8 +8,8 @@
 
 #include <cstring>
 #include <set>
-#include <vector>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -64,7 +64,8 @@ std::set<std::string> neededLibraries(const QByteArray& file) {
         if (dynamic.sh_type != SHT_DYNAMIC || dynamic.sh_link >= all.size())
             continue;
         const Elf64_Shdr& strings = all[dynamic.sh_link];
-        for (std::size_t at = dynamic.sh_offset; at + sizeof(Elf64_Dyn) <= dynamic.sh_offset + dynamic.sh_size;
+        for (std::size_t at = dynamic.sh_offset;
+             at + sizeof(Elf64_Dyn) <= dynamic.sh_offset + dynamic.sh_size;
              at += sizeof(Elf64_Dyn)) {
             Elf64_Dyn entry;
             std::memcpy(&entry, file.constData() + at, sizeof entry);

@@ -1,10 +1,10 @@
 // The editors' rules without windows: sorting, the value list, and saving a template or a
 // variable with each question and refusal.
 
+#include "resources/resource.h"
 #include "templates/factory_defaults.h"
 #include "templates/placeholder_expander.h"
 #include "templates/template_editing.h"
-#include "resources/resource.h"
 
 #include "templates_test_support.h"
 

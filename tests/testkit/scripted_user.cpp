@@ -234,8 +234,7 @@ ContactPickerChoice ScriptedUser::pickContact(QWidget*, const QString& title,
     return {answer.entry, answer.number};
 }
 
-QString ScriptedUser::chooseFile(QWidget*, const QString& caption, FileChoice,
-                                 const QString&) {
+QString ScriptedUser::chooseFile(QWidget*, const QString& caption, FileChoice, const QString&) {
     if (!nextIs<FileAnswer>()) {
         ADD_FAILURE() << "unexpected file chooser \"" << caption.toStdString()
                       << "\"; the script expected " << describeNext().toStdString();

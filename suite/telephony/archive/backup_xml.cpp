@@ -105,8 +105,8 @@ private:
         switch (type) {
         case Received:
             message.folder = GSM::Sms::FolderInbox;
-            message.status =
-                attributes.value(QLatin1String("read")) == u"0" ? GSM::Message::Unread : GSM::Message::Read;
+            message.status = attributes.value(QLatin1String("read")) == u"0" ? GSM::Message::Unread
+                                                                             : GSM::Message::Read;
             break;
         case Sent:
             message.folder = GSM::Sms::FolderOutbox;
@@ -132,7 +132,8 @@ private:
             if (!number.isEmpty())
                 message.numbers.push_back(unescapeCodeUnits(number));
         }
-        message.serviceCentre = unescapeCodeUnits(present(attributes.value(QLatin1String("service_center"))));
+        message.serviceCentre =
+            unescapeCodeUnits(present(attributes.value(QLatin1String("service_center"))));
         message.text = unescapeCodeUnits(attributes.value(QLatin1String("body")));
         return true;
     }
@@ -146,7 +147,6 @@ private:
     bool ended_ = false;
     qint64 skippedMms_ = 0;
 };
-
 
 class BackupXmlWriter final : public MessageWriter {
 public:

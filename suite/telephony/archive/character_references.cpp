@@ -22,7 +22,6 @@ bool isEscapeRange(char32_t value) {
     return value >= 0xFDD0 && value <= 0xFDEF;
 }
 
-
 struct Reference {
     char32_t value = 0;
     qsizetype length = 0; // bytes from '&' to ';' inclusive
@@ -94,7 +93,8 @@ QByteArray CharacterReferenceFilter::filter(const QByteArray& chunk, bool last) 
             const Scan scan = scanReference(data, i, &first);
             if (scan == Scan::Incomplete && !last)
                 return holdFrom(i);
-            if (scan != Scan::Found || (isXmlCharacter(first.value) && !isEscapeRange(first.value))) {
+            if (scan != Scan::Found ||
+                (isXmlCharacter(first.value) && !isEscapeRange(first.value))) {
                 i += scan == Scan::Found ? first.length : 1;
                 continue;
             }
@@ -111,8 +111,8 @@ QByteArray CharacterReferenceFilter::filter(const QByteArray& chunk, bool last) 
                     return holdFrom(i);
                 out.append(data.constData() + copiedUpTo, i - copiedUpTo);
                 if (pair == Scan::Found && second.value >= 0xDC00 && second.value <= 0xDFFF) {
-                    appendUtf8(out, 0x10000 + ((first.value - 0xD800) << 10) +
-                                        (second.value - 0xDC00));
+                    appendUtf8(out,
+                               0x10000 + ((first.value - 0xD800) << 10) + (second.value - 0xDC00));
                     consumed += second.length;
                 } else {
                     appendCodeUnitEscape(out, char16_t(first.value));

@@ -63,7 +63,7 @@ bool cancelled(const std::atomic<bool>* cancel) {
 class StagingDatabase {
 public:
     ~StagingDatabase() {
-            if (db_)
+        if (db_)
             sqlite3_close_v2(db_);
         if (!path_.isEmpty())
             QFile::remove(path_);
@@ -87,8 +87,9 @@ public:
                   "date INTEGER NOT NULL, numbers BLOB NOT NULL, service_centre NOT NULL, "
                   "text NOT NULL, UNIQUE(folder, date, numbers, text))") ||
             !exec("BEGIN")) {
-            *error = QStringLiteral("cannot write the staging file %1: %2")
-                         .arg(QDir::toNativeSeparators(path_), QString::fromUtf8(sqlite3_errmsg(db_)));
+            *error =
+                QStringLiteral("cannot write the staging file %1: %2")
+                    .arg(QDir::toNativeSeparators(path_), QString::fromUtf8(sqlite3_errmsg(db_)));
             return false;
         }
         insert_ = prepare("INSERT OR IGNORE INTO staged VALUES(?, ?, ?, ?, ?, ?)");
@@ -132,7 +133,9 @@ public:
     QString lastError() const { return QString::fromUtf8(sqlite3_errmsg(db_)); }
 
 private:
-    bool exec(const char* sql) { return sqlite3_exec(db_, sql, nullptr, nullptr, nullptr) == SQLITE_OK; }
+    bool exec(const char* sql) {
+        return sqlite3_exec(db_, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
+    }
 
     Statement prepare(const char* sql) {
         sqlite3_stmt* statement = nullptr;
@@ -276,8 +279,7 @@ GSM::Result exportMessages(const QString& databasePath, const QString& file, qin
         *exported = 0;
     Format format;
     if (!formatFromFileName(file, &format))
-        return GSM::Result(GSM::ErrorInvalidArgument,
-                           u"The file name must end in .xml or .csv.");
+        return GSM::Result(GSM::ErrorInvalidArgument, u"The file name must end in .xml or .csv.");
     GSM::Result opened;
     const std::unique_ptr<Database> db = Database::open(databasePath, &opened);
     if (!db)

@@ -15,8 +15,8 @@ namespace tessaly::telephony::archive {
 namespace {
 
 constexpr qint64 kChunkBytes = 256 * 1024;
-constexpr std::array<const char*, 6> kColumns = {"folder",         "status", "date", "numbers",
-                                                 "service_centre", "text"};
+constexpr std::array<const char*, 6> kColumns = {"folder",  "status",         "date",
+                                                 "numbers", "service_centre", "text"};
 
 struct StatusName {
     const char* name;
@@ -198,9 +198,9 @@ private:
             QDateTime::fromString(QString::fromUtf8(fields[2].trimmed()), Qt::ISODateWithMs);
         if (!date.isValid() ||
             !localTicksFromUtcMilliseconds(date.toMSecsSinceEpoch(), &message.dateTicks))
-            return fail(line, 1,
-                        QStringLiteral("\"%1\" is not an ISO 8601 date from 1601 to 9999")
-                            .arg(fields[2]));
+            return fail(
+                line, 1,
+                QStringLiteral("\"%1\" is not an ISO 8601 date from 1601 to 9999").arg(fields[2]));
         for (const QByteArray& number : fields[3].split(';')) {
             const QByteArray trimmed = number.trimmed();
             if (!trimmed.isEmpty())
@@ -224,7 +224,9 @@ public:
     explicit CsvWriter(QIODevice& device)
         : device_(device) {}
 
-    void begin(qint64) override { device_.write("folder,status,date,numbers,service_centre,text\r\n"); }
+    void begin(qint64) override {
+        device_.write("folder,status,date,numbers,service_centre,text\r\n");
+    }
 
     void write(const ArchivedMessage& message) override {
         row_.clear();
@@ -232,7 +234,8 @@ public:
         row_.append(statusName(message)).append(',');
         const QDateTime local =
             QDateTime::fromMSecsSinceEpoch(utcMillisecondsFromLocalTicks(message.dateTicks));
-        row_.append(local.toOffsetFromUtc(local.offsetFromUtc()).toString(Qt::ISODateWithMs).toUtf8());
+        row_.append(
+            local.toOffsetFromUtc(local.offsetFromUtc()).toString(Qt::ISODateWithMs).toUtf8());
         row_.append(',');
         QByteArray numbers;
         for (size_t i = 0; i < message.numbers.size(); ++i) {

@@ -10,8 +10,8 @@ namespace {
 
 // Whether the store already holds this message: same folder, date, numbers and text.
 bool alreadyStored(Database& db, const archive::ArchivedMessage& message) {
-    Statement& candidates = db.cached(
-        "SELECT id FROM messages WHERE folder = ? AND date = ? AND text = ?");
+    Statement& candidates =
+        db.cached("SELECT id FROM messages WHERE folder = ? AND date = ? AND text = ?");
     candidates.bind(1, std::int64_t(message.folder))
         .bind(2, std::int64_t(message.dateTicks))
         .bind(3, message.text);

@@ -50,7 +50,8 @@ TEST(SearchQuery, TypedTextBecomesQuotedTermsAndDigits) {
     };
     for (const auto& c : cases) {
         const telephony::SearchQuery query = parseSearchQuery(c.typed);
-        EXPECT_EQ(query.textIndexQuery, c.index) << QString::fromStdU16String(c.typed).toStdString();
+        EXPECT_EQ(query.textIndexQuery, c.index)
+            << QString::fromStdU16String(c.typed).toStdString();
         EXPECT_EQ(query.numberDigits, c.digits) << QString::fromStdU16String(c.typed).toStdString();
         EXPECT_EQ(query.empty(), c.index.empty());
     }
@@ -73,8 +74,9 @@ TEST(SearchQuery, NamesMatchWholeWordsAndTheLastAsABeginning) {
         {u"anna bob", u"Anna Schmidt", false},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(telephony::nameMatches(telephony::foldForSearch(c.name), parseSearchQuery(c.typed)),
-                  c.matches)
+        EXPECT_EQ(
+            telephony::nameMatches(telephony::foldForSearch(c.name), parseSearchQuery(c.typed)),
+            c.matches)
             << QString::fromStdU16String(c.typed).toStdString();
     }
 }
@@ -91,7 +93,12 @@ protected:
             {0, GSM::Message::Read, {u"+4917222"}, u"We meet in the Straße by the station", at(2)},
             {1, GSM::Message::Sent, {u"+4917222"}, u"see you at lunch", at(3)},
             {1, GSM::Message::Sent, {u"+4917333", u"+4917111"}, u"you see, it is late", at(4)},
-            {0, GSM::Message::Unread, {u"+4917333"}, u"\xFEFF" u"odd lunch \xD800 text", at(5)},
+            {0,
+             GSM::Message::Unread,
+             {u"+4917333"},
+             u"\xFEFF"
+             u"odd lunch \xD800 text",
+             at(5)},
         };
         ASSERT_TRUE(sim::addStoredMessages(messages).isOk());
     }
@@ -120,7 +127,8 @@ protected:
 };
 
 TEST_F(MessageSearchTest, TextsNamesAndNumbersAreFoundNewestFirst) {
-    const std::u16string odd = u"\xFEFF" u"odd lunch \xD800 text";
+    const std::u16string odd = u"\xFEFF"
+                               u"odd lunch \xD800 text";
     const struct {
         std::u16string typed;
         std::vector<std::u16string> texts;
@@ -138,7 +146,8 @@ TEST_F(MessageSearchTest, TextsNamesAndNumbersAreFoundNewestFirst) {
     };
     for (const auto& c : cases) {
         int count = -1;
-        EXPECT_EQ(found(c.typed, &count), c.texts) << QString::fromStdU16String(c.typed).toStdString();
+        EXPECT_EQ(found(c.typed, &count), c.texts)
+            << QString::fromStdU16String(c.typed).toStdString();
         EXPECT_EQ(count, int(c.texts.size()));
     }
     EXPECT_EQ(GSM::searchMessages(u"  "), nullptr);
@@ -168,8 +177,9 @@ TEST_F(MessageSearchTest, TheIndexFollowsChangesAndPassesItsIntegrityCheck) {
     ASSERT_EQ(sqlite3_open(directory_.filePath(QStringLiteral("telephony.db")).toUtf8(), &db),
               SQLITE_OK);
     char* error = nullptr;
-    EXPECT_EQ(sqlite3_exec(db, "INSERT INTO message_search(message_search, rank) VALUES "
-                               "('integrity-check', 1)",
+    EXPECT_EQ(sqlite3_exec(db,
+                           "INSERT INTO message_search(message_search, rank) VALUES "
+                           "('integrity-check', 1)",
                            nullptr, nullptr, &error),
               SQLITE_OK)
         << (error ? error : "");
@@ -186,13 +196,14 @@ TEST(MessageSearchMigration, AStoreFromBeforeTheIndexIsIndexedWhenOpened) {
         ASSERT_EQ(sqlite3_open(path.toUtf8(), &db), SQLITE_OK);
         const std::string schema = telephony::kSchemaMigrations[0];
         ASSERT_EQ(sqlite3_exec(db, schema.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
-        ASSERT_EQ(sqlite3_exec(db,
-                               "PRAGMA user_version=1;"
-                               "INSERT INTO messages(id, folder, status, text, date) VALUES"
-                               " (1, 0, 3, 'Old news from 2019', 1), (2, 0, 3, x'4800', 2);"
-                               "INSERT INTO addresses VALUES (1, 0, '+4917111'), (2, 0, '+4917111');",
-                               nullptr, nullptr, nullptr),
-                  SQLITE_OK);
+        ASSERT_EQ(
+            sqlite3_exec(db,
+                         "PRAGMA user_version=1;"
+                         "INSERT INTO messages(id, folder, status, text, date) VALUES"
+                         " (1, 0, 3, 'Old news from 2019', 1), (2, 0, 3, x'4800', 2);"
+                         "INSERT INTO addresses VALUES (1, 0, '+4917111'), (2, 0, '+4917111');",
+                         nullptr, nullptr, nullptr),
+            SQLITE_OK);
         sqlite3_close(db);
     }
     telephony::Options options;

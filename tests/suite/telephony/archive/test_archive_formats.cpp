@@ -75,8 +75,8 @@ QByteArray backup(const QByteArray& body) {
 
 // The body the reader gives for an attribute value written into a backup file.
 std::u16string bodyRead(const QByteArray& attributeValue) {
-    const ReadResult read =
-        readAll(Format::Xml, backup("<sms type=\"1\" date=\"0\" body=\"" + attributeValue + "\" />"));
+    const ReadResult read = readAll(
+        Format::Xml, backup("<sms type=\"1\" date=\"0\" body=\"" + attributeValue + "\" />"));
     return read.messages.empty() ? u"<unread>" : read.messages.front().text;
 }
 
@@ -85,18 +85,20 @@ TEST(CharacterReferences, ReferencesTheXmlReaderRefusesComeBackAsTheirCodeUnits)
         QByteArray attribute;
         std::u16string text;
     } cases[] = {
-        {"&#55357;&#56832;", u"\U0001F600"},              // an emoji as its two halves
-        {"&#xD83D;&#xDE00;", u"\U0001F600"},              // in hexadecimal
-        {"a&#55357;b", u"a\xD83D" u"b"},                  // a lone high half
-        {"&#56832;", u"\xDE00"},                          // a lone low half
-        {"&#55357;&#65;", u"\xD83D" u"A"},                // a high half before no low one
+        {"&#55357;&#56832;", u"\U0001F600"}, // an emoji as its two halves
+        {"&#xD83D;&#xDE00;", u"\U0001F600"}, // in hexadecimal
+        {"a&#55357;b", u"a\xD83D"
+                       u"b"},    // a lone high half
+        {"&#56832;", u"\xDE00"}, // a lone low half
+        {"&#55357;&#65;", u"\xD83D"
+                          u"A"},                           // a high half before no low one
         {"&#55357;&#55357;&#56832;", u"\xD83D\U0001F600"}, // two highs, then a low
         {"&#1;&#31;&#0;", std::u16string(u"\x01\x1F") + u'\0'},
         {"&#65534;&#xFFFF;", u"\xFFFE\xFFFF"},
-        {"&#10;&#13;&#9;", u"\n\r\t"},                    // references Qt reads itself
+        {"&#10;&#13;&#9;", u"\n\r\t"},                               // references Qt reads itself
         {"\xEF\xB7\x90&#64976;\xEF\xB7\xAF", u"\xFDD0\xFDD0\xFDEF"}, // the escapes' own range
-        {"&amp;#55357;", u"&#55357;"},                    // a reference written as text
-        {"&#12345678901234;", u"<unread>"},                // no reference: the reader refuses it
+        {"&amp;#55357;", u"&#55357;"},                               // a reference written as text
+        {"&#12345678901234;", u"<unread>"}, // no reference: the reader refuses it
     };
     for (const auto& c : cases)
         EXPECT_EQ(bodyRead(c.attribute), c.text) << c.attribute.toStdString();
@@ -128,32 +130,46 @@ TEST(BackupXml, RealWorldQuirksReadAsThePersonExpects) {
         {"received, unread, with its centre",
          R"x(<sms protocol="0" address="+4917112" date="1000" type="1" subject="null" body="Hi" toa="null" sc_toa="null" service_center="+4917600" read="0" status="-1" locked="0" date_sent="0" contact_name="(Unknown)" />)x",
          {{GSM::Sms::FolderInbox, GSM::Message::Unread, 0, {u"+4917112"}, u"+4917600", u"Hi"}},
-         0, 0},
+         0,
+         0},
         {"null values and a group send",
          R"x(<sms address="+4911 ~ +4922~null~" date="1000" type="2" body="x" service_center="null" read="1" />)x",
-         {{GSM::Sms::FolderOutbox, GSM::Message::Sent, 0, {u"+4911", u"+4922"}, u"", u"x"}}, 0, 0},
+         {{GSM::Sms::FolderOutbox, GSM::Message::Sent, 0, {u"+4911", u"+4922"}, u"", u"x"}},
+         0,
+         0},
         {"draft, outbox and queued are not sent; failed stays failed",
          R"x(<sms address="1" date="1000" type="3" body="a" /><sms address="1" date="1000" type="4" body="b" /><sms address="1" date="1000" type="6" body="c" /><sms address="1" date="1000" type="5" body="d" />)x",
          {{GSM::Sms::FolderOutbox, GSM::Message::NotSent, 0, {u"1"}, u"", u"a"},
           {GSM::Sms::FolderOutbox, GSM::Message::NotSent, 0, {u"1"}, u"", u"b"},
           {GSM::Sms::FolderOutbox, GSM::Message::NotSent, 0, {u"1"}, u"", u"c"},
           {GSM::Sms::FolderOutbox, GSM::Message::Failed, 0, {u"1"}, u"", u"d"}},
-         0, 0},
+         0,
+         0},
         {"line breaks as references, literal ones fold into spaces as XML says",
          "<sms address=\"1\" date=\"1000\" type=\"1\" read=\"1\" body=\"a&#13;&#10;b\r\nc\" />",
-         {{GSM::Sms::FolderInbox, GSM::Message::Read, 0, {u"1"}, u"", u"a\r\nb c"}}, 0, 0},
+         {{GSM::Sms::FolderInbox, GSM::Message::Read, 0, {u"1"}, u"", u"a\r\nb c"}},
+         0,
+         0},
         {"missing read, address and body",
          R"x(<sms date="1000" type="1" />)x",
-         {{GSM::Sms::FolderInbox, GSM::Message::Read, 0, {}, u"", u""}}, 0, 0},
+         {{GSM::Sms::FolderInbox, GSM::Message::Read, 0, {}, u"", u""}},
+         0,
+         0},
         {"unknown type, missing, bad or impossible date, missing type are skipped",
          R"x(<sms date="1000" type="9" body="a" /><sms type="1" body="b" /><sms date="soon" type="1" /><sms date="1000" body="c" /><sms date="15925709299321005" type="1" /><sms date="-99999999999999" type="1" />)x",
-         {}, 6, 0},
+         {},
+         6,
+         0},
         {"MMS and unknown elements",
          R"x(<mms date="1000" msg_box="1"><parts><part seq="0" ct="text/plain" text="hello" /></parts><addrs><addr address="1" /></addrs></mms><call number="1" /><sms date="1000" type="1" body="after" read="1" />)x",
-         {{GSM::Sms::FolderInbox, GSM::Message::Read, 0, {}, u"", u"after"}}, 1, 1},
+         {{GSM::Sms::FolderInbox, GSM::Message::Read, 0, {}, u"", u"after"}},
+         1,
+         1},
         {"comments and a body named null stays a body",
          R"x(<!-- exported --><sms date="1000" type="1" body="null" read="1" />)x",
-         {{GSM::Sms::FolderInbox, GSM::Message::Read, 0, {}, u"", u"null"}}, 0, 0},
+         {{GSM::Sms::FolderInbox, GSM::Message::Read, 0, {}, u"", u"null"}},
+         0,
+         0},
     };
     for (const auto& c : cases) {
         const ReadResult result = readAll(Format::Xml, backup(c.body));
@@ -178,7 +194,8 @@ TEST(BackupXml, DamagedTruncatedOrForeignFilesSayWhereAndWhy) {
         {"empty", "", 1, "no <smses>"},
         {"foreign", "<?xml version='1.0'?>\n<html><body/></html>", 2, "starts with <html>"},
         {"truncated in an element", good.left(good.indexOf("body")), 3, ""},
-        {"truncated before the end", good.left(good.indexOf("</smses>")), 4, "ends before </smses>"},
+        {"truncated before the end", good.left(good.indexOf("</smses>")), 4,
+         "ends before </smses>"},
         {"not XML", "PK\x03\x04 zip", 1, ""},
         {"broken markup", backup("<sms date=\"1\" type=\"1\" body=\"a\" <sms/>"), 3, ""},
         {"garbage after the end", good + "<smses/>", 5, ""},
@@ -186,7 +203,8 @@ TEST(BackupXml, DamagedTruncatedOrForeignFilesSayWhereAndWhy) {
     for (const auto& c : cases) {
         const ReadResult result = readAll(Format::Xml, c.bytes);
         EXPECT_TRUE(result.failed) << c.name;
-        EXPECT_EQ(result.error.line, c.line) << c.name << ": " << result.error.describe().toStdString();
+        EXPECT_EQ(result.error.line, c.line)
+            << c.name << ": " << result.error.describe().toStdString();
         EXPECT_TRUE(result.error.reason.contains(QString::fromUtf8(c.reason)))
             << c.name << ": " << result.error.reason.toStdString();
     }
@@ -231,9 +249,9 @@ TEST(MessageCsv, QuotingLineBreaksAndTheHeader) {
 
 // Texts of any UTF-16 code units but NUL: emoji, lone halves, line breaks, noncharacters.
 std::u16string randomText(std::mt19937& random, size_t length) {
-    static const char16_t pool[] = {u'a', u' ', u'\r', u'\n', u'\t', u'&', u'<', u'"', u',',
-                                    u';', u'~', 0x01, 0x1F, 0xE9, 0x20AC, 0xD83D, 0xDE00,
-                                    0xDBFF, 0xDC00, 0xFDD0, 0xFDEF, 0xFEFF, 0xFFFE, 0xFFFF};
+    static const char16_t pool[] = {u'a',   u' ',   u'\r',  u'\n',  u'\t',  u'&',   u'<',   u'"',
+                                    u',',   u';',   u'~',   0x01,   0x1F,   0xE9,   0x20AC, 0xD83D,
+                                    0xDE00, 0xDBFF, 0xDC00, 0xFDD0, 0xFDEF, 0xFEFF, 0xFFFE, 0xFFFF};
     std::u16string text;
     for (size_t i = 0; i < length; ++i)
         text.push_back(pool[random() % std::size(pool)]);

@@ -96,14 +96,17 @@ TEST_F(MessageArchive, AnImportNeverSends) {
 TEST_F(MessageArchive, ADamagedFileChangesNothingAndSaysWhere) {
     ASSERT_EQ(import(write("first.xml", kBackup)).imported, 3);
     const QByteArray truncated = kBackup.left(kBackup.indexOf("<mms"));
-    archive::MessageImport damaged(write("damaged.xml", truncated + "<sms date=\"1\" type=\"1\" body="));
+    archive::MessageImport damaged(
+        write("damaged.xml", truncated + "<sms date=\"1\" type=\"1\" body="));
     EXPECT_FALSE(damaged.read());
-    EXPECT_TRUE(damaged.error().contains(QStringLiteral("line 6"))) << damaged.error().toStdString();
+    EXPECT_TRUE(damaged.error().contains(QStringLiteral("line 6")))
+        << damaged.error().toStdString();
     EXPECT_EQ(total(), 3);
 
     archive::MessageImport foreign(write("notes.csv", "name,phone\r\nAnna,+4917\r\n"));
     EXPECT_FALSE(foreign.read());
-    EXPECT_TRUE(foreign.error().contains(QStringLiteral("line 1"))) << foreign.error().toStdString();
+    EXPECT_TRUE(foreign.error().contains(QStringLiteral("line 1")))
+        << foreign.error().toStdString();
     archive::MessageImport unknown(write("backup.json", "{}"));
     EXPECT_FALSE(unknown.read());
     archive::MessageImport missing(directory_.filePath("nowhere.xml"));
@@ -117,7 +120,8 @@ TEST_F(MessageArchive, ACancelledImportAddsNothing) {
     std::atomic<bool> cancel{true};
     QByteArray big = kBackup.left(kBackup.indexOf("</smses>"));
     for (int i = 0; i < 20000; ++i)
-        big += "<sms address=\"1\" date=\"" + QByteArray::number(i) + "\" type=\"1\" body=\"x\" />\n";
+        big +=
+            "<sms address=\"1\" date=\"" + QByteArray::number(i) + "\" type=\"1\" body=\"x\" />\n";
     archive::MessageImport import(write("big.xml", big + "</smses>\n"));
     int reports = 0;
     EXPECT_FALSE(import.read([&](qint64, qint64) { ++reports; }, &cancel));
@@ -130,7 +134,12 @@ TEST_F(MessageArchive, XmlAndCsvRoundTripsChangeNothing) {
     namespace sim = telephony::simulator;
     const FILETIME date = fileTimeFromUInt64(133545744001230000ULL);
     std::vector<sim::StoredMessage> stored = {
-        {0, GSM::Message::Read, {u"+4930123"}, u"\xFEFF" u"leading mark", date},
+        {0,
+         GSM::Message::Read,
+         {u"+4930123"},
+         u"\xFEFF"
+         u"leading mark",
+         date},
         {0, GSM::Message::Unread, {u"+4930123"}, u"lone \xDC00 and \xFFFF", date},
         {1, GSM::Message::Failed, {u"+4930123", u"+4940456"}, u"two\r\nlines", date},
         {1, GSM::Message::Sent, {u"+4930123"}, std::u16string(70000, u'x'), date},
