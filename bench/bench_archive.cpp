@@ -6,7 +6,8 @@
 #include "suite/telephony/archive/message_archive.h"
 #include "suite/telephony/telephony.h"
 
-#include <QCoreApplication>
+#include "bench/offscreen_benchmarks.h"
+
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -137,9 +138,7 @@ BENCHMARK(roundTrip)->Arg(1000000)->Unit(benchmark::kMillisecond)->Iterations(1)
 } // namespace
 
 int main(int argc, char** argv) {
-    QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
+    OffscreenBenchmarks benchmarks(argc, argv);
+    benchmarks.run();
     return 0;
 }

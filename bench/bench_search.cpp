@@ -7,10 +7,11 @@
 #include "suite/telephony/simulator.h"
 #include "suite/telephony/telephony.h"
 
+#include "bench/offscreen_benchmarks.h"
+
 #include "gsm/gsm.h"
 #include "gsm/search.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -179,10 +180,8 @@ BENCHMARK(storeMessages)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond)->Iterati
 } // namespace
 
 int main(int argc, char** argv) {
-    QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
+    OffscreenBenchmarks benchmarks(argc, argv);
+    benchmarks.run();
     telephony::close();
     return 0;
 }

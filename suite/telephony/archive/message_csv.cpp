@@ -79,24 +79,7 @@ private:
         return Step::Failed;
     }
 
-    // The next byte, or nothing at the end of the file.
-    std::optional<char> take() {
-        if (position_ == buffer_.size()) {
-            buffer_ = device_.read(kChunkBytes);
-            position_ = 0;
-            if (buffer_.isEmpty())
-                return std::nullopt;
-        }
-        const char c = buffer_[position_++];
-        if (c == '\n') {
-            ++line_;
-            column_ = 1;
-        } else {
-            ++column_;
-        }
-        return c;
-    }
-
+    // The next byte without taking it, or nothing at the end of the file.
     std::optional<char> peek() {
         if (position_ == buffer_.size()) {
             buffer_ = device_.read(kChunkBytes);
@@ -105,6 +88,19 @@ private:
                 return std::nullopt;
         }
         return buffer_[position_];
+    }
+
+    std::optional<char> take() {
+        if (!peek())
+            return std::nullopt;
+        const char c = buffer_[position_++];
+        if (c == '\n') {
+            ++line_;
+            column_ = 1;
+        } else {
+            ++column_;
+        }
+        return c;
     }
 
     // True with a row, false at the end of the file, nothing (and error_ set) when damaged.
