@@ -199,14 +199,19 @@ void MessageView::onCommand(int id) {
         reportFailure(GSM::sms.newMessage(0));
         endDialog(IDOK);
         break;
+    // A command that hands over to another window (the composer, the call) ends the view
+    // first, as New does: a modal view left open would take that window's clicks and keys.
     case IDM_VIEW_REPLY:
+        endDialog(IDOK);
         reportFailure(GSM::sms.replyMessage(messageId_));
         break;
     case IDM_VIEW_FORWARD:
+        endDialog(IDOK);
         reportFailure(GSM::sms.forwardMessage(messageId_));
         break;
     case IDM_VIEW_INBOX_CALL:
     case IDM_VIEW_OUTBOX_CALL:
+        endDialog(IDOK);
         callNumber(number_);
         break;
     case IDM_VIEW_DELETE:

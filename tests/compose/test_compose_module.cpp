@@ -4,6 +4,10 @@
 #include "compose/composer_window.h"
 #include "tests/module/module_window_test.h"
 
+#include "resources/resource.h"
+#include "suite/telephony/simulator.h"
+#include "tests/testkit/window_driver.h"
+
 namespace {
 
 using tessaly::sms::moduleContext;
@@ -63,6 +67,34 @@ TEST_F(ModuleComposers, EditMessageOpensComposersThatLeaveTheListWhenClosed) {
     EXPECT_TRUE(moduleContext().composers.empty());
     EXPECT_FALSE(tessaly::sms::hasOpenWindows());
     EXPECT_TRUE(user.boxes().empty());
+}
+
+// Reply from an open message view: the view ends, and the composer it hands over to takes the
+// person's typing and SEND.
+TEST_F(ModuleComposers, ReplyFromTheMessageViewGivesAComposerThatWorks) {
+    ASSERT_TRUE(tessaly::telephony::simulator::receiveMessage(u"+447700900123", u"Lunch?").isOk());
+    settle();
+    GSM::MessageContainer* inbox = GSM::sms.getMessages(0, GSM::Sms::SortByDate);
+    ASSERT_EQ(inbox->size(), 1);
+    const long id = inbox->get(0)->getId();
+    bool ended = false;
+    user.runModal([&](tessaly::Dialog& view) {
+        ASSERT_TRUE(tessaly::testkit::chooseCommand(view, IDM_VIEW_REPLY));
+        ended = view.hasEnded();
+    });
+    openMessage(id);
+    settle();
+    EXPECT_TRUE(ended) << "the view no longer holds the person";
+    ASSERT_EQ(moduleContext().composers.size(), 1u);
+    tessaly::Dialog* composer = moduleContext().composers.front();
+    ASSERT_TRUE(tessaly::testkit::type(*composer, IDC_COMPOSE_TEXT, QStringLiteral("Yes, at one")));
+    ASSERT_TRUE(tessaly::testkit::click(*composer, IDC_COMPOSE_SEND));
+    settle();
+    EXPECT_TRUE(moduleContext().composers.empty()) << "SEND closed the composer";
+    GSM::MessageContainer* outbox = GSM::sms.getMessages(1, GSM::Sms::SortByDate);
+    ASSERT_EQ(outbox->size(), 1);
+    EXPECT_EQ(QString::fromUtf16(outbox->get(0)->getText()), QStringLiteral("Yes, at one"));
+    EXPECT_EQ(GSM::sms.getMessage(id)->getStatus(), GSM::Message::Replied);
 }
 
 } // namespace
