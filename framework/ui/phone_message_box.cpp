@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QStyle>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -56,12 +57,14 @@ std::vector<BoxButton> buttonsFromFlags(UINT flags) {
 }
 
 // Drops the clicks that follow a box's closing on every window but another box, for the
-// double-click time; it removes itself at the first mouse event after that.
+// double-click time; then it goes.
 class ClickAfterBoxFilter final : public QObject {
 public:
-    ClickAfterBoxFilter() {
+    ClickAfterBoxFilter()
+        : QObject(qApp) {
         since_.start();
         qApp->installEventFilter(this);
+        QTimer::singleShot(QApplication::doubleClickInterval(), this, &QObject::deleteLater);
     }
 
     bool eventFilter(QObject* watched, QEvent* event) override {

@@ -69,7 +69,7 @@ SearchQuery parseSearchQuery(std::u16string_view typed) {
     size_t i = 0;
     bool allNumbers = true;
     std::u16string digits;
-    while (i < typed.size()) {
+    while (i < typed.size() && query.terms.size() < SearchQuery::kMostTerms) {
         if (isSeparator(typed[i])) {
             ++i;
             continue;
@@ -105,7 +105,9 @@ SearchQuery parseSearchQuery(std::u16string_view typed) {
     }
     if (query.terms.empty())
         return query;
-    query.lastIsPrefix = !phrase.back() && !isSeparator(typed.back());
+    // The last term is still being typed when nothing follows it.
+    const bool cutShort = i < typed.size();
+    query.lastIsPrefix = !phrase.back() && !cutShort && !isSeparator(typed.back());
     for (size_t t = 0; t < query.terms.size(); ++t) {
         if (t)
             query.textIndexQuery += u" AND ";

@@ -12,6 +12,10 @@
 namespace tessaly::telephony {
 
 struct SearchQuery {
+    // Words and phrases beyond this many are left out: a person types a few, and every one
+    // costs a pass over the index and over each excerpt.
+    static constexpr size_t kMostTerms = 16;
+
     // Words and phrases as typed, case and diacritics folded; the last one a prefix when the
     // person has not finished it (no space after it).
     std::vector<std::u16string> terms;

@@ -45,6 +45,10 @@ TEST(SearchQuery, TypedTextBecomesQuotedTermsAndDigits) {
         {u"0049 171", u"\"0049\" AND \"171\"*", u"49171"},
         {u"12", u"\"12\"*", u""},
         {u"call 0171", u"\"call\" AND \"0171\"*", u""},
+        {u"a b c d e f g h i j k l m n o p q r",
+         u"\"a\" AND \"b\" AND \"c\" AND \"d\" AND \"e\" AND \"f\" AND \"g\" AND \"h\" AND \"i\" "
+         u"AND \"j\" AND \"k\" AND \"l\" AND \"m\" AND \"n\" AND \"o\" AND \"p\"",
+         u""},
         {u"in straße ", u"\"in\" AND (\"stra\u00DFe\" OR \"strasse\")", u""},
         {std::u16string(u"a\0b \xD800", 5), u"\"a\" AND \"b\" AND \"\uFFFD\"*", u""},
     };
