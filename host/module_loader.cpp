@@ -71,7 +71,12 @@ QString defaultModulePath() {
     const QString overridden = qEnvironmentVariable("TESSALY_MODULE");
     if (!overridden.isEmpty())
         return overridden;
-    return QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("Sms.tsm"));
+    // Beside the program in the build folder; where `cmake --install` put it otherwise.
+    const QDir programs(QCoreApplication::applicationDirPath());
+    const QString beside = programs.filePath(QStringLiteral("Sms.tsm"));
+    if (QFile::exists(beside))
+        return beside;
+    return QDir::cleanPath(programs.filePath(QStringLiteral(TESSALY_INSTALLED_MODULE_DIR "/Sms.tsm")));
 }
 
 SmsModuleLibrary::~SmsModuleLibrary() {
