@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <algorithm>
+
 namespace tessaly::telephony {
 namespace {
 
@@ -15,6 +17,25 @@ bool isNumberCharacter(char16_t c) {
 // Control characters (NUL among them) separate words as spaces do.
 bool isSeparator(char16_t c) {
     return QChar(c).isSpace() || QChar(c).category() == QChar::Other_Control;
+}
+
+// "ß" written as "ss", or where there is none, "ss" as "ß": the index folds neither into the
+// other. One pass, whatever the length.
+std::u16string otherSpelling(std::u16string_view word) {
+    const bool sharpS = word.find(u'\u00DF') != std::u16string_view::npos;
+    std::u16string other;
+    other.reserve(word.size() + 8);
+    for (size_t i = 0; i < word.size(); ++i) {
+        if (sharpS && word[i] == u'\u00DF') {
+            other += u"ss";
+        } else if (!sharpS && word[i] == u's' && i + 1 < word.size() && word[i + 1] == u's') {
+            other.push_back(u'\u00DF');
+            ++i;
+        } else {
+            other.push_back(word[i]);
+        }
+    }
+    return other;
 }
 
 bool hasLetterOrDigit(std::u16string_view text) {
@@ -51,6 +72,15 @@ bool isWordBoundary(std::u16string_view text, size_t at) {
 } // namespace
 
 std::u16string foldForSearch(std::u16string_view text) {
+    // Plain ASCII, most words, needs no normalisation: lower case is all there is to fold.
+    if (std::all_of(text.begin(), text.end(), [](char16_t c) { return c < 0x80; })) {
+        std::u16string folded(text);
+        for (char16_t& c : folded) {
+            if (c >= u'A' && c <= u'Z')
+                c = char16_t(c - u'A' + u'a');
+        }
+        return folded;
+    }
     const QString decomposed = QString::fromUtf16(text.data(), qsizetype(text.size()))
                                    .toCaseFolded()
                                    .normalized(QString::NormalizationForm_D);
@@ -64,6 +94,7 @@ std::u16string foldForSearch(std::u16string_view text) {
 }
 
 SearchQuery parseSearchQuery(std::u16string_view typed) {
+    typed = typed.substr(0, SearchQuery::kLongestTyped);
     SearchQuery query;
     std::vector<bool> phrase;
     size_t i = 0;
@@ -113,13 +144,7 @@ SearchQuery parseSearchQuery(std::u16string_view typed) {
             query.textIndexQuery += u" AND ";
         const char16_t* prefix = t + 1 == query.terms.size() && query.lastIsPrefix ? u"*" : u"";
         // The index keeps "ß" as it is, folding finds "ss": either spelling finds both.
-        std::u16string other = query.terms[t];
-        const bool sharpS = other.find(u'\u00DF') != std::u16string::npos;
-        const std::u16string_view from = sharpS ? u"\u00DF" : u"ss";
-        const std::u16string_view to = sharpS ? u"ss" : u"\u00DF";
-        for (size_t at = other.find(from); at != std::u16string::npos;
-             at = other.find(from, at + to.size()))
-            other.replace(at, from.size(), to);
+        const std::u16string other = otherSpelling(query.terms[t]);
         if (other == query.terms[t]) {
             appendQuoted(query.textIndexQuery, query.terms[t]);
             query.textIndexQuery += prefix;
@@ -161,13 +186,15 @@ std::pair<int, int> firstMatch(std::u16string_view text, const SearchQuery& quer
         if (word.empty())
             continue;
         wanted.emplace_back(word, prefix);
-        std::u16string other = word;
-        for (size_t at = other.find(u'\u00DF'); at != std::u16string::npos;
-             at = other.find(u'\u00DF', at))
-            other.replace(at, 1, u"ss");
+        std::u16string other = otherSpelling(word);
         if (other != word)
             wanted.emplace_back(std::move(other), prefix);
     }
+    // A word much longer than every term cannot match one: only its beginning is folded.
+    size_t longestTerm = 0;
+    for (const auto& [term, prefix] : wanted)
+        longestTerm = std::max(longestTerm, term.size());
+    const size_t folded = 2 * longestTerm + 16;
     size_t i = 0;
     while (i < text.size()) {
         if (!QChar(text[i]).isLetterOrNumber()) {
@@ -178,7 +205,7 @@ std::pair<int, int> firstMatch(std::u16string_view text, const SearchQuery& quer
         while (end < text.size() && (QChar(text[end]).isLetterOrNumber() ||
                                      QChar(text[end]).category() == QChar::Mark_NonSpacing))
             ++end;
-        const std::u16string word = foldForSearch(text.substr(i, end - i));
+        const std::u16string word = foldForSearch(text.substr(i, std::min(end - i, folded)));
         for (const auto& [term, prefix] : wanted) {
             if (prefix ? word.starts_with(term) : word == term)
                 return {int(i), int(end - i)};

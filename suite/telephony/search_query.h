@@ -15,6 +15,9 @@ struct SearchQuery {
     // Words and phrases beyond this many are left out: a person types a few, and every one
     // costs a pass over the index and over each excerpt.
     static constexpr size_t kMostTerms = 16;
+    // Of what is typed, this much is read (Qt's normalisation, which folding uses, is not
+    // linear on every text).
+    static constexpr size_t kLongestTyped = 1024;
 
     // Words and phrases as typed, case and diacritics folded; the last one a prefix when the
     // person has not finished it (no space after it).
