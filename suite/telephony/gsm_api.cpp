@@ -57,7 +57,7 @@ public:
         GSM::MessageContainer* outbox = store->container(FolderOutbox, SortByDate);
         for (int i = 0; outbox && i < outbox->size(); ++i) {
             if (outbox->get(i)->getStatus() == GSM::Message::SendNow)
-                store->queueForSending(outbox->get(i)->getId());
+                store->sendQueue().queue(outbox->get(i)->getId());
         }
         return {};
     }
@@ -227,7 +227,7 @@ void setSmsServiceKnown(bool known) {
 
 void failNextSend(long code, const std::u16string& text) {
     if (Store* store = Store::current())
-        store->failNextSend(code, text);
+        store->sendQueue().failNext(code, text);
 }
 
 void setDelays(int segmentDelayMs, int simTransferDelayMs) {

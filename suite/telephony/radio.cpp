@@ -11,13 +11,6 @@
 
 namespace tessaly::telephony {
 
-namespace {
-
-// A concatenated message counts its parts in one octet.
-constexpr int kMaxSegments = 255;
-
-} // namespace
-
 // ---- timers
 
 void Store::stopTimer(TimerHandle& handle) {
@@ -27,127 +20,37 @@ void Store::stopTimer(TimerHandle& handle) {
 }
 
 TimerHandle Store::startOneShot(int delayMs, void (Store::*step)()) {
-    TimerHandle* slot = step == &Store::simStep ? &simTimer_ : &radioTimer_;
-    stopTimer(*slot);
-    *slot = Clock::current().startTimer(std::max(0, delayMs), [this, step, slot] {
-        stopTimer(*slot);
+    stopTimer(simTimer_);
+    simTimer_ = Clock::current().startTimer(std::max(0, delayMs), [this, step] {
+        stopTimer(simTimer_);
         (this->*step)();
     });
-    return *slot;
+    return simTimer_;
 }
 
 void Store::setDelays(int segmentDelayMs, int simTransferDelayMs) {
     options_.segmentDelayMs = std::max(0, segmentDelayMs);
     options_.simTransferDelayMs = std::max(0, simTransferDelayMs);
+    sendQueue_.setSegmentDelay(options_.segmentDelayMs);
 }
 
-// ---- the radio: one segment per timer turn, recipient by recipient, message by message
+// ---- what the send queue reads and writes
 
-void Store::queueForSending(long id) {
-    if ((job_ && job_->id == id) || !queuedIds_.insert(id).second)
-        return;
-    sendQueue_.push_back(id);
-    startRadio();
+std::optional<MessageToSend> Store::messageToSend(long id) {
+    MessageRecord* message = findMessage(id);
+    if (!message || message->status != GSM::Message::SendNow)
+        return std::nullopt;
+    return MessageToSend{message->addressNumbers(), message->text, message->serviceCentre,
+                         int(message->validity)};
 }
 
-void Store::failNextSend(long code, const std::u16string& text) {
-    injectedFailure_ = GSM::Result(code == GSM::ErrorNone ? GSM::ErrorNetworkRejected : code, text);
-}
-
-void Store::startRadio() {
-    if (radioTimer_ != 0 || (!job_ && sendQueue_.empty()))
-        return;
-    startOneShot(options_.segmentDelayMs, &Store::radioStep);
-}
-
-void Store::radioStep() {
-    while (!job_) {
-        if (sendQueue_.empty()) {
-            const GSM::Result outcome = batchFailure_.value_or(GSM::Result());
-            const bool plural = batchSent_ > 1;
-            batchFailure_.reset();
-            batchSent_ = 0;
-            EventQueue::instance().post([outcome, plural] {
-                if (hostHooks().openSendingCompletion)
-                    hostHooks().openSendingCompletion(outcome, plural);
-            });
-            return;
-        }
-        const long id = sendQueue_.front();
-        sendQueue_.pop_front();
-        queuedIds_.erase(id);
-        MessageRecord* message = findMessage(id);
-        if (!message || message->status != GSM::Message::SendNow)
-            continue;
-        const std::vector<std::u16string> numbers = message->addressNumbers();
-        Job job;
-        job.id = id;
-        job.recipients = int(numbers.size());
-        job.segments = std::max(1, measureText(message->text.c_str()).messages);
-        job_ = job;
-        if (job.recipients == 0) {
-            finishJob(failure(GSM::ErrorNoRecipient, u"The message has no recipient."));
-            continue;
-        }
-        if (std::any_of(numbers.begin(), numbers.end(), [](const std::u16string& number) {
-                return number.find_first_not_of(u" \t\r\n") == std::u16string::npos;
-            })) {
-            finishJob(failure(GSM::ErrorNoRecipient, u"A recipient of the message has no number."));
-            continue;
-        }
-        if (job.segments > kMaxSegments) {
-            const QString text =
-                QStringLiteral("The message is too long to be sent: it needs %1 parts, and at "
-                               "most %2 fit into one message.")
-                    .arg(job.segments)
-                    .arg(kMaxSegments);
-            finishJob(failure(GSM::ErrorInvalidArgument, text.toStdU16String()));
-            continue;
-        }
-    }
-    if (RadioBackend* backend = radioBackend()) {
-        backendStep(*backend);
-        return;
-    }
-    Job& job = *job_;
-    if (++job.segment > job.segments) {
-        job.segment = 1;
-        ++job.recipient;
-    }
-    if (job.recipient >= job.recipients) {
-        finishJob({});
-    } else if (injectedFailure_) {
-        const GSM::Result result = *injectedFailure_;
-        injectedFailure_.reset();
-        finishJob(result);
-    } else if (deviceState_ != GSM::Device::StateRegisteredHome &&
-               deviceState_ != GSM::Device::StateRegisteredRoaming) {
-        finishJob(failure(GSM::ErrorNoNetwork, u"There is no network service."));
-    } else if (deviceState_ == GSM::Device::StateRegisteredRoaming && !settings_.sendWhileRoaming) {
-        finishJob(failure(GSM::ErrorNoNetwork, u"Sending while roaming is switched off."));
-    } else {
-        const Job progress = job;
-        EventQueue::instance().post([progress] {
-            if (hostHooks().openSendingNotification)
-                hostHooks().openSendingNotification(progress.id, progress.recipient,
-                                                    progress.segment, progress.segments, 0, 0);
-        });
-    }
-    startOneShot(options_.segmentDelayMs, &Store::radioStep);
-}
-
-void Store::finishJob(const GSM::Result& result) {
-    const Job job = *job_;
-    job_.reset();
-    batchSent_ += std::max(1, job.recipients);
-    if (!result.isOk() && !batchFailure_)
-        batchFailure_ = result;
-    MessageRecord* message = findMessage(job.id);
+void Store::recordOutcome(long id, const GSM::Result& result) {
+    MessageRecord* message = findMessage(id);
     if (!message)
         return;
     message->status = result.isOk() ? GSM::Message::Sent : GSM::Message::Failed;
     Statement update = db_->prepare("UPDATE messages SET status = ? WHERE id = ?");
-    update.bind(1, std::int64_t(message->status)).bind(2, std::int64_t(job.id));
+    update.bind(1, std::int64_t(message->status)).bind(2, std::int64_t(id));
     update.step();
     touchMessages();
 }

@@ -42,51 +42,6 @@ bool Store::hasReceived(const std::u16string& from, const std::u16string& text,
 }
 
 // One recipient of the current job per call; the backend's answer schedules the next step.
-void Store::backendStep(RadioBackend& backend) {
-    if (backendBusy_)
-        return;
-    Job& job = *job_;
-    MessageRecord* message = findMessage(job.id);
-    if (!message || job.recipient >= job.recipients) {
-        finishJob({});
-        startOneShot(0, &Store::radioStep);
-        return;
-    }
-    OutgoingSms sms;
-    sms.messageId = job.id;
-    sms.recipient = job.recipient;
-    sms.number = message->addressNumbers()[std::size_t(job.recipient)];
-    sms.text = message->text;
-    sms.serviceCentre = message->serviceCentre;
-    sms.validityCode = int(message->validity);
-    sms.statusReport = settings_.statusReport;
-    sms.segments = job.segments;
-    backendBusy_ = true;
-    const std::weak_ptr<bool> alive = alive_;
-    const long id = job.id;
-    const int recipient = job.recipient;
-    backend.send(
-        sms,
-        [alive, id, recipient](int segment, int segments) {
-            if (alive.expired())
-                return;
-            EventQueue::instance().post([id, recipient, segment, segments] {
-                if (hostHooks().openSendingNotification)
-                    hostHooks().openSendingNotification(id, recipient, segment, segments, 0, 0);
-            });
-        },
-        [this, alive](const GSM::Result& result) {
-            if (alive.expired() || !job_)
-                return;
-            backendBusy_ = false;
-            if (result.isOk())
-                ++job_->recipient;
-            else
-                finishJob(result);
-            startOneShot(0, &Store::radioStep);
-        });
-}
-
 GSM::Result importReceived(const IncomingSms& message) {
     Store* store = Store::current();
     if (!store)

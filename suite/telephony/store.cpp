@@ -93,7 +93,6 @@ Store::Store(std::unique_ptr<Database> db, const Options& options)
     , options_(options) {}
 
 Store::~Store() {
-    stopTimer(radioTimer_);
     stopTimer(simTimer_);
 }
 
@@ -109,9 +108,8 @@ GSM::Result Store::load() {
     // Messages queued when the suite last stopped are sent now.
     for (MessageRecord* message : byDate_[GSM::Sms::FolderOutbox]) {
         if (message->status == GSM::Message::SendNow)
-            queueForSending(message->getId());
+            sendQueue_.queue(message->getId());
     }
-    startRadio();
     return {};
 }
 
@@ -292,7 +290,7 @@ GSM::Result Store::endEdit(MessageRecord& message, bool discard) {
         saveMessage(*original);
     }
     if (message.folder == GSM::Sms::FolderOutbox)
-        queueForSending(message.getId());
+        sendQueue_.queue(message.getId());
     touchMessages();
     return {};
 }
@@ -305,8 +303,7 @@ GSM::Result Store::removeMessage(MessageRecord& message) {
         return db_->failure(u"The message cannot be deleted");
     message.removed = true;
     eraseByDate(&message);
-    std::erase(sendQueue_, message.getId());
-    queuedIds_.erase(message.getId());
+    sendQueue_.unqueue(message.getId());
     return {};
 }
 
@@ -316,7 +313,7 @@ GSM::Result Store::setStatus(long id, GSM::Message::Status status) {
         return failure(GSM::ErrorNotFound, u"The message does not exist.");
     if (status < GSM::Message::Deleted || status > GSM::Message::Failed)
         return failure(GSM::ErrorInvalidArgument, u"Unknown message status.");
-    if (job_ && job_->id == id && status != GSM::Message::SendNow)
+    if (sendQueue_.isSending(id) && status != GSM::Message::SendNow)
         return failure(GSM::ErrorBusy, u"The message is being sent.");
     if (status == GSM::Message::Deleted) {
         GSM::Result result = removeMessage(*message);
@@ -338,11 +335,9 @@ GSM::Result Store::setStatus(long id, GSM::Message::Status status) {
         return db_->failure(u"The message cannot be changed");
     }
     if (status == GSM::Message::SendNow)
-        queueForSending(id);
-    else {
-        std::erase(sendQueue_, id);
-        queuedIds_.erase(id);
-    }
+        sendQueue_.queue(id);
+    else
+        sendQueue_.unqueue(id);
     touchMessages();
     return {};
 }

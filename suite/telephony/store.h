@@ -7,6 +7,7 @@
 #include "gsm/gsm.h"
 #include "suite/telephony/database.h"
 #include "suite/telephony/events.h"
+#include "suite/telephony/send_queue.h"
 #include "suite/telephony/simulator.h"
 #include "suite/telephony/telephony.h"
 
@@ -348,7 +349,7 @@ struct CbRecord {
     int count = 0;
 };
 
-class Store {
+class Store final : private SendQueueStorage {
 public:
     static constexpr int kCbCapacity = 15;
     static constexpr std::size_t kKeptSnapshots = 16;
@@ -434,7 +435,7 @@ public:
     GSM::Result setSimContents(const std::vector<simulator::SimMessage>& messages, int capacity);
     GSM::Result moveSimMessages();
     int simMessageCount() const { return int(simMessages_.size()); }
-    int deviceState() const { return deviceState_; }
+    int deviceState() const override { return deviceState_; }
     void setDeviceState(int state);
     bool smsServiceKnown = true;
     GSM::Result setSmsService(int service);
@@ -443,9 +444,8 @@ public:
     bool hasReceived(const std::u16string& from, const std::u16string& text,
                      std::uint64_t ticks) const;
 
-    // The simulated radio.
-    void queueForSending(long id);
-    void failNextSend(long code, const std::u16string& text);
+    // What the radio sends, and how fast the simulated radio and the SIM transfer go.
+    SendQueue& sendQueue() { return sendQueue_; }
     void setDelays(int segmentDelayMs, int simTransferDelayMs);
 
 private:
@@ -453,14 +453,6 @@ private:
         std::uint64_t generation = 0;
         std::deque<std::unique_ptr<ContainerImpl>> snapshots; // newest last
     };
-    struct Job {
-        long id = 0;
-        int recipient = 0;
-        int segment = 0;
-        int segments = 1;
-        int recipients = 0;
-    };
-
     void insertByDate(MessageRecord* message);
     void eraseByDate(MessageRecord* message);
     GSM::Result removeMessage(MessageRecord& message);
@@ -470,10 +462,11 @@ private:
     void loadCellBroadcast();
     void sortPhoneBook();
     GSM::Result saveSubscription();
-    void startRadio();
-    void radioStep();
-    void finishJob(const GSM::Result& result);
-    void backendStep(RadioBackend& backend);
+    // SendQueueStorage: what the queue sends, and where its outcome goes.
+    std::optional<MessageToSend> messageToSend(long id) override;
+    void recordOutcome(long id, const GSM::Result& result) override;
+    bool sendWhileRoaming() const override { return settings_.sendWhileRoaming; }
+    bool statusReport() const override { return settings_.statusReport; }
     void simStep();
     void stopTimer(TimerHandle& handle);
     TimerHandle startOneShot(int delayMs, void (Store::*step)());
@@ -509,17 +502,9 @@ private:
     TimerHandle simTimer_ = 0;
     int deviceState_ = GSM::Device::StateRegisteredHome;
 
-    std::deque<long> sendQueue_;
-    // The ids in sendQueue_, so that queueing stays O(1) however long the queue grows.
-    std::unordered_set<long> queuedIds_;
-    std::optional<Job> job_;
-    TimerHandle radioTimer_ = 0;
-    std::optional<GSM::Result> injectedFailure_;
-    std::optional<GSM::Result> batchFailure_;
-    int batchSent_ = 0;
-    bool backendBusy_ = false;
-    // Expires with the store, so that a radio backend's late answer is ignored.
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    // Last, so that it goes first: its timer and a backend's late answers end before the
+    // messages it reads.
+    SendQueue sendQueue_{*this, options_.segmentDelayMs};
 };
 
 } // namespace tessaly::telephony
