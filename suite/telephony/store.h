@@ -1,14 +1,19 @@
 #pragma once
 
-// The library's objects and the store that owns them: messages in memory with every change
-// written through to SQLite, the phone book, preferences, service centres, SIM, cell broadcast,
-// the device and the simulated radio.
+// The store that owns the library's objects: messages in memory with every change written
+// through to SQLite, the phone book, preferences, service centres, SIM, cell broadcast and the
+// device. Its records have headers of their own (contact_records.h, message_records.h,
+// preference_records.h); what the radio sends goes through its SendQueue (send_queue.h).
 
 #include "gsm/gsm.h"
+#include "suite/telephony/contact_records.h"
 #include "suite/telephony/database.h"
 #include "suite/telephony/events.h"
+#include "suite/telephony/message_records.h"
+#include "suite/telephony/preference_records.h"
 #include "suite/telephony/send_queue.h"
 #include "suite/telephony/simulator.h"
+#include "suite/telephony/store_support.h"
 #include "suite/telephony/telephony.h"
 
 #include "framework/time/clock.h"
@@ -21,326 +26,14 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace tessaly::telephony {
 
-class Store;
 namespace archive {
 struct ArchivedMessage;
 }
-class MessageRecord;
 class RadioBackend;
-
-std::u16string toU16(const WCHAR* text);
-GSM::Result failure(long code, std::u16string_view text);
-
-class NumberRecord final : public GSM::PhoneNumber {
-public:
-    NumberRecord(int id, Kind kind, std::u16string text)
-        : id_(id)
-        , kind_(kind)
-        , text_(std::move(text)) {}
-    int getId() const override { return id_; }
-    const WCHAR* getText() const override { return text_.c_str(); }
-    Kind getKind() const override { return kind_; }
-    const std::u16string& text() const { return text_; }
-
-private:
-    int id_;
-    Kind kind_;
-    std::u16string text_;
-};
-
-class NumberListImpl final : public GSM::NumberList {
-public:
-    int size() const override { return int(items.size()); }
-    bool isEmpty() const override { return items.empty(); }
-    GSM::PhoneNumber* get(int position) const override;
-
-    std::vector<std::unique_ptr<NumberRecord>> items;
-};
-
-// A phone-book entry.
-class ContactRecord final : public GSM::Contact {
-public:
-    ContactRecord(Store& store, long id)
-        : store_(store)
-        , id_(id) {}
-
-    long getId() const override { return id_; }
-    const WCHAR* getText(int field, int form, int, int) const override;
-    GSM::Result setText(int field, const WCHAR* text) override;
-    int getSelectedNumber() const override { return selected_; }
-    const GSM::NumberList* getNumbers() const override { return &numbers_; }
-    GSM::Result selectNumber(int numberId) override;
-    GSM::Result addNumber(const WCHAR* number, int kind) override;
-
-    // The stored value of a name field (FieldCompany .. FieldEmail), or the computed one.
-    std::u16string plainText(int field) const;
-    const NumberRecord* selectedNumber() const;
-    const NumberRecord* numberMatching(std::u16string_view number) const;
-    // Case-insensitive order of the phone book.
-    std::u16string sortKey() const;
-
-    bool inPhoneBook = true;
-    std::u16string firstName, lastName, company, email;
-
-private:
-    friend class Store;
-    Store& store_;
-    long id_;
-    NumberListImpl numbers_;
-    int selected_ = 0;
-    mutable std::map<int, std::u16string> rendered_;
-};
-
-// A contact as reached at one number: a message's sender or recipient, or what lookup finds.
-// Names come from the phone-book entry while it exists; a bare number has none.
-class AddressRecord final : public GSM::Contact {
-public:
-    AddressRecord(Store& store, std::u16string number);
-
-    long getId() const override;
-    const WCHAR* getText(int field, int form, int, int) const override;
-    GSM::Result setText(int field, const WCHAR* text) override;
-    int getSelectedNumber() const override { return 1; }
-    const GSM::NumberList* getNumbers() const override { return &numbers_; }
-    GSM::Result selectNumber(int numberId) override;
-    GSM::Result addNumber(const WCHAR*, int) override;
-
-    const std::u16string& number() const { return numbers_.items.front()->text(); }
-    // The phone-book entry holding this number now, or null.
-    ContactRecord* person() const;
-
-private:
-    Store& store_;
-    mutable ContactRecord* person_ = nullptr;
-    mutable std::uint64_t resolvedAt_ = 0;
-    NumberListImpl numbers_;
-};
-
-class FolderImpl final : public GSM::Folder {
-public:
-    enum class Kind { Contacts, Picker, Addresses };
-    FolderImpl(Store& store, Kind kind, MessageRecord* message = nullptr)
-        : store_(store)
-        , kind_(kind)
-        , message_(message) {}
-
-    int size() const override { return int(entries.size()); }
-    bool isEmpty() const override { return entries.empty(); }
-    GSM::Contact* get(int position) const override;
-    int getId() const override;
-    const WCHAR* getName() const override;
-    GSM::Result pick(GSM::WindowHandle owner) override;
-    int indexOf(const GSM::Contact* contact) const override;
-    GSM::Result add(GSM::Contact* contact) override;
-    GSM::Result add(const WCHAR* number, int kind) override;
-    bool containsNumber(const WCHAR* number) const override;
-    GSM::Result remove(int position) override;
-    GSM::Result removeAll() override;
-
-    std::vector<GSM::Contact*> entries;
-
-private:
-    GSM::Result checkEditable();
-
-    Store& store_;
-    Kind kind_;
-    MessageRecord* message_;
-};
-
-class MessageRecord final : public GSM::Message {
-public:
-    MessageRecord(Store& store, long id)
-        : store_(store)
-        , id_(id) {}
-
-    long getId() const override { return id_; }
-    Status getStatus() const override { return status; }
-    const WCHAR* getText() const override { return text.c_str(); }
-    FILETIME date() const override { return fileTimeFromUInt64(dateTicks); }
-    const WCHAR* getDate() const override;
-    const WCHAR* getServiceCentre() const override { return serviceCentre.c_str(); }
-    ValidityPeriod getValidityPeriod() const override { return validity; }
-    bool useSameServiceCentre() const override { return replyPath; }
-    GSM::Folder* getContacts() override;
-    GSM::Result setText(const WCHAR* text) override;
-    GSM::Result setServiceCentre(const WCHAR* number) override;
-    GSM::Result setUseSameServiceCentre(bool replyPath) override;
-    GSM::Result setValidityPeriod(ValidityPeriod period) override;
-    GSM::Result endEdit(bool discard) override;
-
-    // Takes a snapshot for endEdit(true) before the first change of a stored message.
-    GSM::Result beginChange();
-    std::vector<std::u16string> addressNumbers() const;
-    // The name (or number) of the first address, for sorting by contact.
-    std::u16string contactKey() const;
-
-    int folder = GSM::Sms::FolderOutbox;
-    Status status = NotSent;
-    std::u16string text;
-    std::uint64_t dateTicks = 0;
-    std::u16string serviceCentre;
-    ValidityPeriod validity = Maximum;
-    bool replyPath = false;
-    long replyTo = 0;
-    std::vector<std::u16string> storedAddresses; // until the folder is first asked for
-    bool stored = false;
-    bool removed = false;
-    bool discarded = false;
-
-private:
-    friend class Store;
-    struct Snapshot {
-        std::u16string text;
-        std::u16string serviceCentre;
-        ValidityPeriod validity;
-        bool replyPath;
-        std::vector<std::u16string> addresses;
-    };
-    Store& store_;
-    long id_;
-    std::unique_ptr<FolderImpl> addresses_;
-    std::optional<Snapshot> snapshot_;
-    mutable std::u16string dateText_;
-};
-
-class ContainerImpl final : public GSM::MessageContainer {
-public:
-    explicit ContainerImpl(int sortKey)
-        : sortKey_(sortKey) {}
-    int size() const override { return int(items.size()); }
-    bool isEmpty() const override { return items.empty(); }
-    GSM::Message* get(int position) const override;
-    int getFirst(GSM::Message::Status status) const override;
-
-    std::vector<MessageRecord*> items;
-
-private:
-    int sortKey_;
-};
-
-class ServiceCentreEntryImpl final : public GSM::ServiceCentreEntry {
-public:
-    ServiceCentreEntryImpl(std::u16string name, std::u16string number)
-        : name_(std::move(name))
-        , number_(std::move(number)) {}
-    const WCHAR* name() const override { return name_.c_str(); }
-    const WCHAR* number() const override { return number_.c_str(); }
-    const std::u16string& nameText() const { return name_; }
-    const std::u16string& numberText() const { return number_; }
-
-private:
-    std::u16string name_;
-    std::u16string number_;
-};
-
-class ServiceCentreListImpl final : public GSM::ServiceCentreList {
-public:
-    explicit ServiceCentreListImpl(Store& store)
-        : store_(store) {}
-
-    GSM::Result add(const WCHAR* name, const WCHAR* number) override;
-    GSM::Result remove(int index) override;
-    GSM::Result removeAll() override;
-    int preferred() const override { return preferred_; }
-    GSM::Result setPreferred(int index) override;
-    bool isEmpty() const override { return entries_.size() <= 1; }
-    GSM::Result commit(bool announce) override;
-    int count() const override { return int(entries_.size()); }
-    GSM::ServiceCentreEntry* get(int index) const override;
-
-    void load(std::u16string simNumber, std::vector<std::pair<std::u16string, std::u16string>> rest,
-              int preferred);
-    GSM::Result setSimNumber(const std::u16string& number);
-
-private:
-    GSM::Result save();
-
-    Store& store_;
-    std::vector<ServiceCentreEntryImpl*> entries_;
-    std::vector<std::unique_ptr<ServiceCentreEntryImpl>> arena_; // entries live until close
-    int preferred_ = 0;
-};
-
-// The settings that main preferences and the device keep, with their factory values.
-struct Settings {
-    int validityPeriod = GSM::Message::Maximum;
-    bool useSameServiceCentre = false;
-    bool statusReport = false;
-    bool sendWhileRoaming = true;
-    bool playSound = true;
-    std::u16string soundName = u"Notify";
-    bool askToMoveSimMessages = true;
-    bool tickerScrolls = true;
-    bool tickerHorizontal = true;
-    bool showCbDialog = false;
-    bool showEveryCbMessage = false;
-    int preferredServiceCentre = 0;
-    std::u16string simServiceCentre;
-    int smsService = GSM::Device::SmsServiceGprs;
-    int simCapacity = 20;
-};
-
-class MainPreferencesImpl final : public GSM::MainPreferences {
-public:
-    explicit MainPreferencesImpl(Store& store)
-        : store_(store) {}
-
-    int reserved01() const override { return 0; }
-    int reserved02() const override { return 0; }
-    int reserved03() const override { return 0; }
-    int reserved04() const override { return 0; }
-    int reserved05() const override { return 0; }
-    int reserved06() const override { return 0; }
-    int reserved07() const override { return 0; }
-    int reserved08() const override { return 0; }
-    int reserved09() const override { return 0; }
-    int reserved10() const override { return 0; }
-    int reserved11() const override { return 0; }
-    int reserved12() const override { return 0; }
-    GSM::ServiceCentreList* serviceCentres() override;
-    int validityPeriod() const override;
-    bool useSameServiceCentre() const override;
-    bool statusReport() const override;
-    bool sendWhileRoaming() const override;
-    int playSound() const override;
-    const WCHAR* soundName() const override;
-    bool askToMoveSimMessages() const override;
-    bool tickerScrolls() const override;
-    bool tickerHorizontal() const override;
-    bool showCbDialog() const override;
-    bool showEveryCbMessage() const override;
-    GSM::Result reserved25(int) override { return {}; }
-    GSM::Result reserved26(int) override { return {}; }
-    GSM::Result reserved27(int) override { return {}; }
-    GSM::Result reserved28(int) override { return {}; }
-    GSM::Result reserved29(int) override { return {}; }
-    GSM::Result reserved30(int) override { return {}; }
-    GSM::Result reserved31(int) override { return {}; }
-    GSM::Result reserved32(int) override { return {}; }
-    GSM::Result reserved33(int) override { return {}; }
-    GSM::Result reserved34(int) override { return {}; }
-    GSM::Result reserved35(int) override { return {}; }
-    GSM::Result reserved36(int) override { return {}; }
-    GSM::Result setValidityPeriod(int code) override;
-    GSM::Result setUseSameServiceCentre(bool on) override;
-    GSM::Result setStatusReport(bool on) override;
-    GSM::Result setSendWhileRoaming(bool on) override;
-    GSM::Result setPlaySound(bool on) override;
-    GSM::Result setSoundName(const WCHAR* name) override;
-    GSM::Result setAskToMoveSimMessages(bool on) override;
-    GSM::Result setTickerScrolls(bool on) override;
-    GSM::Result setTickerHorizontal(bool on) override;
-    GSM::Result setShowCbDialog(bool on) override;
-    GSM::Result setShowEveryCbMessage(bool on) override;
-
-private:
-    Store& store_;
-};
 
 struct CbRecord {
     int language = -1;
