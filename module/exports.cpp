@@ -7,7 +7,7 @@
 #include "lists/message_texts.h"
 #include "lists/message_view.h"
 #include "module/lists_environment_adapter.h"
-#include "module/module_state.h"
+#include "module/module_context.h"
 #include "module/new_message_notification.h"
 #include "module/sending_notification.h"
 #include "module/sim_transfer_window.h"

@@ -1,6 +1,6 @@
 #include "module/lists_environment_adapter.h"
 
-#include "module/module_state.h"
+#include "module/module_context.h"
 #include "module/options_pages.h"
 #include "gsm/services.h"
 

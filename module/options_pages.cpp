@@ -1,7 +1,7 @@
 #include "module/options_pages.h"
 
 #include "cellbroadcast/cell_broadcast_page.h"
-#include "module/module_state.h"
+#include "module/module_context.h"
 #include "settings/receiving_page.h"
 #include "settings/sending_page.h"
 #include "settings/signature_page.h"

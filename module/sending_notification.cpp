@@ -5,7 +5,7 @@
 #include "framework/ui/modeless.h"
 #include "framework/ui/useragent.h"
 #include "lists/message_texts.h"
-#include "module/module_state.h"
+#include "module/module_context.h"
 #include "module/notification_header.h"
 #include "module/notification_layout.h"
 #include "resources/resource.h"

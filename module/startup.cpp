@@ -3,7 +3,7 @@
 #include "framework/registry/profile.h"
 #include "framework/registry/registry.h"
 #include "module/module_language.h"
-#include "module/module_state.h"
+#include "module/module_context.h"
 #include "templates/factory_defaults.h"
 
 namespace tessaly::sms {

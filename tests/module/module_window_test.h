@@ -7,7 +7,7 @@
 
 #include "lists/message_texts.h"
 #include "module/exports.h"
-#include "module/module_state.h"
+#include "module/module_context.h"
 
 #include "resources/resource.h"
 #include "resources/sms_resources.h"

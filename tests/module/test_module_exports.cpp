@@ -1,6 +1,6 @@
 #include "module/exports.h"
 #include "module/module_language.h"
-#include "module/module_state.h"
+#include "module/module_context.h"
 #include "module/sending_notification.h"
 #include "module/startup.h"
 #include "tests/module/log_capture.h"

@@ -1,7 +1,7 @@
 #include "lists/main_window.h"
 #include "module/exports.h"
 #include "module/lists_environment_adapter.h"
-#include "module/module_state.h"
+#include "module/module_context.h"
 #include "settings/options_sheet.h"
 
 #include "framework/resources/resources.h"

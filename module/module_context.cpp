@@ -1,4 +1,4 @@
-#include "module/module_state.h"
+#include "module/module_context.h"
 
 #include "framework/ui/dialog.h"
 #include "module/new_message_notification.h"
