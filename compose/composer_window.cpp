@@ -1,4 +1,5 @@
 #include "compose/composer_window.h"
+#include "util/box_caption.h"
 
 #include "compose/composer_environment.h"
 #include "compose/composer_text.h"
@@ -272,8 +273,8 @@ void ComposerWindow::onToFieldUpdate() {
     setToText(text);
     filteringTo_ = false;
     onToFieldChange();
-    UserAgent::current().messageBox(window(), loadString(IDS_INVALID_PHONE_CHARACTER),
-                                    loadString(IDS_APP_TITLE), MB_OK | MB_ICONSTOP);
+    UserAgent::current().messageBox(window(), loadString(IDS_INVALID_PHONE_CHARACTER), boxCaption(),
+                                    MB_OK | MB_ICONSTOP);
 }
 
 void ComposerWindow::onToFieldChange() {
@@ -284,8 +285,8 @@ void ComposerWindow::onToFieldChange() {
         filteringTo_ = false;
         recipientCount_ = 0;
         updateStatusLine();
-        UserAgent::current().messageBox(window(), loadString(IDS_INVALID_RECIPIENT),
-                                        loadString(IDS_APP_TITLE), MB_OK | MB_ICONSTOP);
+        UserAgent::current().messageBox(window(), loadString(IDS_INVALID_RECIPIENT), boxCaption(),
+                                        MB_OK | MB_ICONSTOP);
         return;
     }
     if (message_)
@@ -392,8 +393,8 @@ void ComposerWindow::pickFromPhoneBook() {
     // A cancelled picker leaves its folder empty and announces nothing.
     awaitingPick_ = result.isOk() && !picker->isEmpty();
     if (!result.isOk())
-        UserAgent::current().messageBox(window(), loadString(IDS_PHONEBOOK_ERROR),
-                                        loadString(IDS_APP_TITLE), MB_OK | MB_ICONSTOP);
+        UserAgent::current().messageBox(window(), loadString(IDS_PHONEBOOK_ERROR), boxCaption(),
+                                        MB_OK | MB_ICONSTOP);
 }
 
 void ComposerWindow::eventContactPicked(GSM::Contact*) {
@@ -553,8 +554,7 @@ void ComposerWindow::onCancel() {
     Edit* text = edit(IDC_COMPOSE_TEXT);
     if (text && text->isModified() &&
         UserAgent::current().messageBox(window(), loadString(IDS_MESSAGE_WILL_BE_LOST),
-                                        loadString(IDS_APP_TITLE),
-                                        MB_OKCANCEL | MB_ICONEXCLAMATION) != IDOK)
+                                        boxCaption(), MB_OKCANCEL | MB_ICONEXCLAMATION) != IDOK)
         return;
     if (message_)
         message_->endEdit(true);

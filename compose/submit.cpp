@@ -1,4 +1,5 @@
 #include "compose/submit.h"
+#include "util/box_caption.h"
 
 #include "compose/favourites.h"
 #include "compose/recipients.h"
@@ -29,15 +30,15 @@ bool MessageSubmitter::addressesEachRecipient(const QString& text) {
 }
 
 bool MessageSubmitter::ask(int textId) {
-    return UserAgent::current().messageBox(owner_, loadString(textId), loadString(IDS_APP_TITLE),
+    return UserAgent::current().messageBox(owner_, loadString(textId), boxCaption(),
                                            MB_YESNO | MB_ICONQUESTION) == IDYES;
 }
 
 bool MessageSubmitter::send(const SendForm& form) {
     form_ = form;
     if (!isValidRecipientText(form_.toText)) {
-        UserAgent::current().messageBox(owner_, loadString(IDS_INVALID_RECIPIENT),
-                                        loadString(IDS_APP_TITLE), MB_OK | MB_ICONSTOP);
+        UserAgent::current().messageBox(owner_, loadString(IDS_INVALID_RECIPIENT), boxCaption(),
+                                        MB_OK | MB_ICONSTOP);
         return false;
     }
     const QString contactPattern = loadString(IDS_VAR_CONTACT) + loadString(IDS_COLON);

@@ -140,8 +140,4 @@ QString sizeWarningText(int folder) {
     return text;
 }
 
-QString boxCaption() {
-    return loadString(IDS_APP_TITLE);
-}
-
 } // namespace tessaly::sms

@@ -6,6 +6,7 @@
 
 #include "framework/win32types.h"
 #include "gsm/gsm.h"
+#include "util/box_caption.h"
 #include "util/wide_text.h"
 
 #include <QString>
@@ -51,7 +52,5 @@ int sortKeyNameId(int sortKey);
 QString labelText(int wordId);
 // The warning for a folder of more than 1,000 messages, naming the Outbox for folder 1.
 QString sizeWarningText(int folder);
-// The caption of the module's message boxes.
-QString boxCaption();
 
 } // namespace tessaly::sms

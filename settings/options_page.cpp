@@ -1,4 +1,5 @@
 #include "settings/options_page.h"
+#include "util/box_caption.h"
 
 #include "framework/resources/resources.h"
 #include "framework/ui/menu.h"
@@ -12,8 +13,7 @@ namespace tessaly::sms {
 namespace {
 
 bool sayName(QWidget* owner, const char* operation) {
-    UserAgent::current().messageBox(owner, QString::fromLatin1(operation),
-                                    loadString(IDS_APP_TITLE), MB_OK);
+    UserAgent::current().messageBox(owner, QString::fromLatin1(operation), boxCaption(), MB_OK);
     return true;
 }
 

@@ -1,4 +1,5 @@
 #include "settings/service_centre_dialogs.h"
+#include "util/box_caption.h"
 
 #include "framework/resources/resources.h"
 #include "framework/ui/menu.h"
@@ -23,13 +24,9 @@ constexpr int kNumberColumnWidth = 120;
 // Room the name column leaves for the number column and the row's margins.
 constexpr int kNameColumnReserve = 124;
 
-QString caption() {
-    return loadString(IDS_APP_TITLE);
-}
-
 bool askDeletePreferred(QWidget* owner) {
     return UserAgent::current().messageBox(owner, loadString(IDS_DELETE_SERVICE_CENTRE_QUESTION),
-                                           caption(), MB_OKCANCEL | MB_ICONEXCLAMATION) == IDOK;
+                                           boxCaption(), MB_OKCANCEL | MB_ICONEXCLAMATION) == IDOK;
 }
 
 // Taps on the list's empty space below the entries: the list view reports only taps on rows.
@@ -110,7 +107,7 @@ void ServiceCentreDirectoryDialog::fillList() {
 bool ServiceCentreDirectoryDialog::refuseSimEntry(int index) {
     if (index != 0)
         return false;
-    UserAgent::current().messageBox(window(), loadString(IDS_SIM_ADDRESS_PROTECTED), caption(),
+    UserAgent::current().messageBox(window(), loadString(IDS_SIM_ADDRESS_PROTECTED), boxCaption(),
                                     MB_OK | MB_ICONINFORMATION);
     return true;
 }
@@ -246,9 +243,9 @@ void ServiceCentreEditDialog::onOK() {
     if (!name.isEmpty() && !number.isEmpty() && changed) {
         if (index_ == 0) {
             UserAgent::current().messageBox(window(), loadString(IDS_SIM_ADDRESS_READ_ONLY),
-                                            caption(), MB_OK);
+                                            boxCaption(), MB_OK);
         } else if (UserAgent::current().messageBox(window(), loadString(IDS_SAVE_CHANGES_QUESTION),
-                                                   caption(), MB_YESNO) == IDYES) {
+                                                   boxCaption(), MB_YESNO) == IDYES) {
             Shell::current().sipPreference(window(), SIP_FORCEDOWN);
             if (GSM::ServiceCentreList* list = serviceCentreList()) {
                 // A changed entry goes to the end of the list.

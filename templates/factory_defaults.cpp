@@ -1,4 +1,5 @@
 #include "templates/factory_defaults.h"
+#include "util/box_caption.h"
 
 #include "framework/registry/profile.h"
 #include "framework/registry/registry.h"
@@ -72,7 +73,7 @@ void deleteSectionTree(const QString& section) {
 }
 
 bool confirm(int questionId, QWidget* owner) {
-    return UserAgent::current().messageBox(owner, loadString(questionId), loadString(IDS_APP_TITLE),
+    return UserAgent::current().messageBox(owner, loadString(questionId), boxCaption(),
                                            MB_OKCANCEL) == IDOK;
 }
 

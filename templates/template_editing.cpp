@@ -1,4 +1,5 @@
 #include "templates/template_editing.h"
+#include "util/box_caption.h"
 
 #include "framework/resources/resources.h"
 #include "framework/ui/useragent.h"
@@ -20,12 +21,12 @@ bool codePointLess(const QString& left, const QString& right) {
 }
 
 int ask(QWidget* owner, int questionId, UINT buttons) {
-    return UserAgent::current().messageBox(owner, loadString(questionId), loadString(IDS_APP_TITLE),
+    return UserAgent::current().messageBox(owner, loadString(questionId), boxCaption(),
                                            buttons | MB_ICONQUESTION);
 }
 
 void refuse(QWidget* owner, int messageId) {
-    UserAgent::current().messageBox(owner, loadString(messageId), loadString(IDS_APP_TITLE),
+    UserAgent::current().messageBox(owner, loadString(messageId), boxCaption(),
                                     MB_OK | MB_ICONSTOP);
 }
 
