@@ -17,19 +17,7 @@ constexpr std::int64_t kTicksPerMs = 10000;
 class SystemClock final : public Clock {
 public:
     SYSTEMTIME localNow() const override {
-        const QDateTime now = QDateTime::currentDateTime();
-        const QDate date = now.date();
-        const QTime time = now.time();
-        SYSTEMTIME result;
-        result.wYear = WORD(date.year());
-        result.wMonth = WORD(date.month());
-        result.wDayOfWeek = WORD(date.dayOfWeek() % 7);
-        result.wDay = WORD(date.day());
-        result.wHour = WORD(time.hour());
-        result.wMinute = WORD(time.minute());
-        result.wSecond = WORD(time.second());
-        result.wMilliseconds = WORD(time.msec());
-        return result;
+        return systemTimeFromDateTime(QDateTime::currentDateTime());
     }
 
     TimerHandle startTimer(int intervalMs, std::function<void()> callback) override {
@@ -89,19 +77,25 @@ BOOL FileTimeToSystemTime(const FILETIME* fileTime, SYSTEMTIME* systemTime) {
         (std::int64_t(ticks) - tessaly::kUnixEpochTicks) / tessaly::kTicksPerMs;
     // The file time already holds wall-clock time: break it down without any time-zone shift.
     const QDateTime dt = QDateTime::fromMSecsSinceEpoch(msSinceUnix, Qt::UTC);
-    const QDate date = dt.date();
-    const QTime time = dt.time();
-    if (!date.isValid() || date.year() > 30827)
+    if (!dt.date().isValid() || dt.date().year() > 30827)
         return FALSE;
-    systemTime->wYear = WORD(date.year());
-    systemTime->wMonth = WORD(date.month());
-    systemTime->wDayOfWeek = WORD(date.dayOfWeek() % 7);
-    systemTime->wDay = WORD(date.day());
-    systemTime->wHour = WORD(time.hour());
-    systemTime->wMinute = WORD(time.minute());
-    systemTime->wSecond = WORD(time.second());
-    systemTime->wMilliseconds = WORD(time.msec());
+    *systemTime = systemTimeFromDateTime(dt);
     return TRUE;
+}
+
+SYSTEMTIME systemTimeFromDateTime(const QDateTime& dateTime) {
+    const QDate date = dateTime.date();
+    const QTime time = dateTime.time();
+    SYSTEMTIME result;
+    result.wYear = WORD(date.year());
+    result.wMonth = WORD(date.month());
+    result.wDayOfWeek = WORD(date.dayOfWeek() % 7);
+    result.wDay = WORD(date.day());
+    result.wHour = WORD(time.hour());
+    result.wMinute = WORD(time.minute());
+    result.wSecond = WORD(time.second());
+    result.wMilliseconds = WORD(time.msec());
+    return result;
 }
 
 BOOL SystemTimeToFileTime(const SYSTEMTIME* systemTime, FILETIME* fileTime) {

@@ -7,6 +7,8 @@
 
 #include <functional>
 
+class QDateTime;
+
 namespace tessaly {
 
 using TimerHandle = std::uint64_t;
@@ -29,5 +31,7 @@ public:
 } // namespace tessaly
 
 void GetLocalTime(SYSTEMTIME* time);
+// The fields of a date and time as they read, with no time-zone shift (milliseconds kept).
+SYSTEMTIME systemTimeFromDateTime(const QDateTime& dateTime);
 BOOL FileTimeToSystemTime(const FILETIME* fileTime, SYSTEMTIME* systemTime);
 BOOL SystemTimeToFileTime(const SYSTEMTIME* systemTime, FILETIME* fileTime);

@@ -1,5 +1,6 @@
 #include "framework/ui/controls.h"
 
+#include "framework/time/clock.h"
 #include "framework/ui/press_and_hold.h"
 #include "framework/ui/screen.h"
 
@@ -1242,17 +1243,7 @@ void DateTimePicker::setSystemTime(const SYSTEMTIME& time) {
 }
 
 SYSTEMTIME DateTimePicker::systemTime() const {
-    const QDateTime shown = dateTime();
-    SYSTEMTIME result;
-    result.wYear = WORD(shown.date().year());
-    result.wMonth = WORD(shown.date().month());
-    result.wDayOfWeek = WORD(shown.date().dayOfWeek() % 7);
-    result.wDay = WORD(shown.date().day());
-    result.wHour = WORD(shown.time().hour());
-    result.wMinute = WORD(shown.time().minute());
-    result.wSecond = WORD(shown.time().second());
-    result.wMilliseconds = WORD(shown.time().msec());
-    return result;
+    return systemTimeFromDateTime(dateTime());
 }
 
 } // namespace tessaly

@@ -58,15 +58,8 @@ FILETIME localFileTime(const QString& stamp) {
     FILETIME fileTime{};
     if (!parsed.isValid())
         return fileTime;
-    const QDateTime local = parsed.toLocalTime();
-    SYSTEMTIME system;
-    system.wYear = WORD(local.date().year());
-    system.wMonth = WORD(local.date().month());
-    system.wDay = WORD(local.date().day());
-    system.wDayOfWeek = WORD(local.date().dayOfWeek() % 7);
-    system.wHour = WORD(local.time().hour());
-    system.wMinute = WORD(local.time().minute());
-    system.wSecond = WORD(local.time().second());
+    SYSTEMTIME system = systemTimeFromDateTime(parsed.toLocalTime());
+    system.wMilliseconds = 0; // the network stamps whole seconds
     SystemTimeToFileTime(&system, &fileTime);
     return fileTime;
 }

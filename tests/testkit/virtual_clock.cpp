@@ -38,17 +38,7 @@ VirtualClock::~VirtualClock() {
 }
 
 SYSTEMTIME VirtualClock::localNow() const {
-    const QDateTime now = start_.addMSecs(elapsedMs_);
-    SYSTEMTIME result;
-    result.wYear = WORD(now.date().year());
-    result.wMonth = WORD(now.date().month());
-    result.wDayOfWeek = WORD(now.date().dayOfWeek() % 7);
-    result.wDay = WORD(now.date().day());
-    result.wHour = WORD(now.time().hour());
-    result.wMinute = WORD(now.time().minute());
-    result.wSecond = WORD(now.time().second());
-    result.wMilliseconds = WORD(now.time().msec());
-    return result;
+    return systemTimeFromDateTime(start_.addMSecs(elapsedMs_));
 }
 
 void VirtualClock::setLocalNow(const SYSTEMTIME& now) {
