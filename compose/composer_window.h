@@ -9,7 +9,7 @@
 #include "framework/resources/module_state.h"
 #include "framework/ui/dialog.h"
 #include "gsm/contacts.h"
-#include "settings/edit_commands.h"
+#include "util/edit_commands.h"
 #include "templates/edit_value_menu.h"
 
 #include <QString>

@@ -6,7 +6,7 @@
 #include "framework/ui/shell.h"
 #include "gsm/preferences.h"
 #include "resources/resource.h"
-#include "settings/context_menu.h"
+#include "util/context_menu.h"
 #include "settings/service_centres.h"
 #include "util/wide_text.h"
 

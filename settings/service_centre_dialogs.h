@@ -8,7 +8,7 @@
 
 #include "framework/resources/module_state.h"
 #include "framework/ui/dialog.h"
-#include "settings/edit_commands.h"
+#include "util/edit_commands.h"
 
 #include <memory>
 

@@ -4,7 +4,7 @@
 // as the signature. A tap on a field's label fills all three from a contact of the phone book.
 
 #include "gsm/contacts.h"
-#include "settings/edit_commands.h"
+#include "util/edit_commands.h"
 #include "settings/options_page.h"
 #include "settings/options_sheet.h"
 

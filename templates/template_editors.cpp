@@ -4,7 +4,7 @@
 #include "framework/ui/menu.h"
 #include "framework/ui/shell.h"
 #include "resources/resource.h"
-#include "settings/context_menu.h"
+#include "util/context_menu.h"
 #include "templates/placeholder_expander.h"
 #include "templates/placeholder_texts.h"
 

@@ -5,7 +5,7 @@
 #include "framework/ui/shell.h"
 
 #include "resources/resource.h"
-#include "settings/context_menu.h"
+#include "util/context_menu.h"
 #include "settings/sms_settings.h"
 #include "templates/factory_defaults.h"
 #include "templates/template_editing.h"

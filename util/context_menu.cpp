@@ -1,4 +1,4 @@
-#include "settings/context_menu.h"
+#include "util/context_menu.h"
 
 #include "framework/ui/dialog.h"
 #include "framework/ui/menu.h"

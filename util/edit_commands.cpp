@@ -1,4 +1,4 @@
-#include "settings/edit_commands.h"
+#include "util/edit_commands.h"
 
 #include "framework/ui/dialog.h"
 #include "resources/resource.h"
