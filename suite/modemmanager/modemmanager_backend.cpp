@@ -10,7 +10,6 @@
 #include <QDBusVariant>
 #include <QDateTime>
 #include <QRegularExpression>
-#include <QTimer>
 
 #include <vector>
 
@@ -149,30 +148,37 @@ void ModemManagerBackend::start() {
     QDBusMessage state =
         QDBusMessage::createMethodCall(kService, modem_, kProperties, QStringLiteral("Get"));
     state << QString::fromLatin1(kModem) << QStringLiteral("State");
-    const QDBusMessage reply = bus_.call(state, QDBus::Block, 5000);
-    const int value = reply.arguments().isEmpty()
-                          ? 0
-                          : reply.arguments().at(0).value<QDBusVariant>().variant().toInt();
-    if (value != kModemStateDisabled) {
-        importExisting();
-        return;
-    }
-    // Messages are listed only once the modem is enabled.
-    QDBusMessage enable =
-        QDBusMessage::createMethodCall(kService, modem_, kModem, QStringLiteral("Enable"));
-    enable << true;
-    whenAnswered(bus_.asyncCall(enable, kSendTimeoutMs), this,
-                 [this](const QDBusPendingCall&) { importExisting(); });
+    whenAnswered(bus_.asyncCall(state, 5000), this, [this](const QDBusPendingCall& call) {
+        const QDBusMessage reply = call.reply();
+        const int value = reply.arguments().isEmpty()
+                              ? 0
+                              : reply.arguments().at(0).value<QDBusVariant>().variant().toInt();
+        if (value != kModemStateDisabled) {
+            importExisting();
+            return;
+        }
+        // Messages are listed only once the modem is enabled.
+        QDBusMessage enable =
+            QDBusMessage::createMethodCall(kService, modem_, kModem, QStringLiteral("Enable"));
+        enable << true;
+        whenAnswered(bus_.asyncCall(enable, kSendTimeoutMs), this,
+                     [this](const QDBusPendingCall&) { importExisting(); });
+    });
 }
 
-QVariantMap ModemManagerBackend::smsProperties(const QString& path) {
+void ModemManagerBackend::readSms(const QString& path,
+                                  std::function<void(const QVariantMap&)> then) {
     QDBusMessage call =
         QDBusMessage::createMethodCall(kService, path, kProperties, QStringLiteral("GetAll"));
     call << QString::fromLatin1(kSms);
-    const QDBusMessage reply = bus_.call(call, QDBus::Block, 5000);
-    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
-        return {};
-    return qdbus_cast<QVariantMap>(reply.arguments().at(0));
+    whenAnswered(bus_.asyncCall(call, 5000), this,
+                 [then = std::move(then)](const QDBusPendingCall& answered) {
+                     const QDBusMessage reply = answered.reply();
+                     if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+                         then({});
+                     else
+                         then(qdbus_cast<QVariantMap>(reply.arguments().at(0)));
+                 });
 }
 
 void ModemManagerBackend::importExisting() {
@@ -181,29 +187,35 @@ void ModemManagerBackend::importExisting() {
     whenAnswered(bus_.asyncCall(list), this, [this](const QDBusPendingCall& call) {
         QDBusPendingReply<QList<QDBusObjectPath>> reply(call);
         listed_ = true;
-        if (reply.isError())
+        if (reply.isError() || reply.value().isEmpty())
             return;
-        bool simChanged = false;
-        for (const QDBusObjectPath& path : reply.value())
-            simChanged = takeStored(path.path()) || simChanged;
-        if (simChanged)
-            offerSim();
+        // The SIM is offered once, when every message of the listing has been read.
+        auto unread = std::make_shared<int>(int(reply.value().size()));
+        auto simChanged = std::make_shared<bool>(false);
+        for (const QDBusObjectPath& path : reply.value()) {
+            takeStored(path.path(), [this, unread, simChanged](bool changed) {
+                *simChanged = *simChanged || changed;
+                if (--*unread == 0 && *simChanged)
+                    offerSim();
+            });
+        }
     });
 }
 
-bool ModemManagerBackend::takeStored(const QString& path) {
-    const QVariantMap properties = smsProperties(path);
-    if (properties.value(QStringLiteral("PduType")).toUInt() != kSmsPduDeliver)
-        return false;
-    if (properties.value(QStringLiteral("Storage")).toUInt() != kSmsStorageSim) {
-        importWhenComplete(path);
-        return false;
-    }
-    if (properties.value(QStringLiteral("State")).toUInt() != kSmsStateReceived ||
-        simCopies_.count(path))
-        return false;
-    simCopies_[path] = incomingFrom(properties);
-    return true;
+void ModemManagerBackend::takeStored(const QString& path, std::function<void(bool)> done) {
+    readSms(path, [this, path, done = std::move(done)](const QVariantMap& properties) {
+        if (properties.value(QStringLiteral("PduType")).toUInt() != kSmsPduDeliver)
+            return done(false);
+        if (properties.value(QStringLiteral("Storage")).toUInt() != kSmsStorageSim) {
+            importWhenComplete(path);
+            return done(false);
+        }
+        if (properties.value(QStringLiteral("State")).toUInt() != kSmsStateReceived ||
+            simCopies_.count(path))
+            return done(false);
+        simCopies_[path] = incomingFrom(properties);
+        done(true);
+    });
 }
 
 void ModemManagerBackend::offerSim() {
@@ -219,26 +231,30 @@ void ModemManagerBackend::onAdded(const QDBusObjectPath& path, bool received) {
     // there before.
     if (received && listed_)
         importWhenComplete(path.path());
-    else if (takeStored(path.path()))
-        offerSim();
+    else
+        takeStored(path.path(), [this](bool changed) {
+            if (changed)
+                offerSim();
+        });
 }
 
 void ModemManagerBackend::importWhenComplete(const QString& path) {
-    const QVariantMap properties = smsProperties(path);
-    if (properties.value(QStringLiteral("PduType")).toUInt() != kSmsPduDeliver)
-        return;
-    const uint state = properties.value(QStringLiteral("State")).toUInt();
-    if (state == kSmsStateReceiving) {
-        bus_.connect(kService, path, kProperties, QStringLiteral("PropertiesChanged"), this,
-                     SLOT(onSmsPropertiesChanged(QDBusMessage)));
-        return;
-    }
-    if (state != kSmsStateReceived)
-        return;
-    bus_.disconnect(kService, path, kProperties, QStringLiteral("PropertiesChanged"), this,
-                    SLOT(onSmsPropertiesChanged(QDBusMessage)));
-    if (importReceived(incomingFrom(properties)).isOk())
-        deleteSms(path);
+    readSms(path, [this, path](const QVariantMap& properties) {
+        if (properties.value(QStringLiteral("PduType")).toUInt() != kSmsPduDeliver)
+            return;
+        const uint state = properties.value(QStringLiteral("State")).toUInt();
+        if (state == kSmsStateReceiving) {
+            bus_.connect(kService, path, kProperties, QStringLiteral("PropertiesChanged"), this,
+                         SLOT(onSmsPropertiesChanged(QDBusMessage)));
+            return;
+        }
+        if (state != kSmsStateReceived)
+            return;
+        bus_.disconnect(kService, path, kProperties, QStringLiteral("PropertiesChanged"), this,
+                        SLOT(onSmsPropertiesChanged(QDBusMessage)));
+        if (importReceived(incomingFrom(properties)).isOk())
+            deleteSms(path);
+    });
 }
 
 void ModemManagerBackend::onSmsPropertiesChanged(const QDBusMessage& message) {
@@ -252,9 +268,17 @@ void ModemManagerBackend::deleteSms(const QString& path, int attempt) {
     // ModemManager refuses while it is reading another message (its storages are locked); the
     // copy is tried again a little later, and left for the next start after that.
     whenAnswered(bus_.asyncCall(remove), this, [this, path, attempt](const QDBusPendingCall& call) {
-        if (call.isError() && attempt < kDeleteAttempts)
-            QTimer::singleShot(kDeleteRetryMs, this,
-                               [this, path, attempt] { deleteSms(path, attempt + 1); });
+        if (call.isError() && attempt < kDeleteAttempts) {
+            // Through the Clock seam, as every timer of the library; stopped as it fires.
+            auto timer = std::make_shared<TimerHandle>(0);
+            const std::weak_ptr<bool> alive = alive_;
+            *timer =
+                Clock::current().startTimer(kDeleteRetryMs, [this, path, attempt, timer, alive] {
+                    Clock::current().stopTimer(*timer);
+                    if (!alive.expired())
+                        deleteSms(path, attempt + 1);
+                });
+        }
     });
 }
 

@@ -14,6 +14,7 @@
 #include <QString>
 #include <QVariantMap>
 
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -47,18 +48,22 @@ private:
     void importExisting();
     // A message the modem held before: one on the SIM is kept for the SIM transfer (answers
     // whether it was new), any other is imported.
-    bool takeStored(const QString& path);
+    // Reads a stored message; `done` hears whether it joined the SIM's copies.
+    void takeStored(const QString& path, std::function<void(bool)> done);
     void offerSim();
     // Imports a received message once it is complete, then deletes the modem's copy.
     void importWhenComplete(const QString& path);
     void deleteSms(const QString& path, int attempt = 1);
-    QVariantMap smsProperties(const QString& path);
+    // The message's properties, empty when ModemManager gives none.
+    void readSms(const QString& path, std::function<void(const QVariantMap&)> then);
 
     QDBusConnection bus_;
     QString modem_;
     QString description_;
     std::map<QString, IncomingSms> simCopies_; // modem path → message offered for the transfer
-    bool listed_ = false;                      // the messages held at start have been listed
+    // Expires with the backend, so that a retry timer that fires later does nothing.
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+    bool listed_ = false; // the messages held at start have been listed
 };
 
 } // namespace tessaly::telephony
