@@ -31,6 +31,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace {
 
 namespace modem = tessaly::modem;
@@ -274,6 +276,34 @@ TEST_F(ModemEndToEnd, SendsAndReceivesThroughModemManager) {
     EXPECT_NE(user.boxes().back().text, QStringLiteral("Your message was sent successfully."));
     std::printf("the modem's refusal as the completion shows it: %s\n",
                 qPrintable(user.boxes().back().text));
+
+    // Ten messages through ModemManager: the longest time the user-interface thread spends
+    // in one turn of its event loop while they go out (every D-Bus call is asynchronous, so
+    // nothing waits for the daemon or the modem there). A figure, not a test of speed.
+    user.answerBox(IDOK);
+    std::vector<GSM::Message*> ten;
+    for (int i = 0; i < 10; ++i)
+        ten.push_back(queue(u"+4477009002" + QString::number(10 + i).toStdU16String(),
+                            u"Message " + QString::number(i).toStdU16String()));
+    qint64 longestTurnMs = 0;
+    QElapsedTimer sendingFor;
+    sendingFor.start();
+    while (!std::all_of(ten.begin(), ten.end(), [](GSM::Message* message) {
+        return message->getStatus() == GSM::Message::Sent;
+    })) {
+        ASSERT_LT(sendingFor.elapsed(), kWaitMs) << "the ten messages did not go out";
+        QElapsedTimer turn;
+        turn.start();
+        QCoreApplication::processEvents(QEventLoop::AllEvents);
+        telephony::EventQueue::instance().deliverAll();
+        longestTurnMs = std::max(longestTurnMs, turn.elapsed());
+        QThread::msleep(1);
+    }
+    ASSERT_TRUE(waitFor([&] { return user.boxes().size() == 5; }));
+    std::printf("ten messages through ModemManager in %lld ms; the longest event-loop turn "
+                "took %lld ms\n",
+                static_cast<long long>(sendingFor.elapsed()),
+                static_cast<long long>(longestTurnMs));
 
     // RECEIVE: messages injected at the emulator land in the Inbox with the new-message
     // notification, a long one reassembled, and the modem's copies are deleted.
