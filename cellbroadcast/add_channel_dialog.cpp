@@ -9,8 +9,7 @@ namespace tessaly::sms {
 
 AddChannelDialog::AddChannelDialog(Dialog* page)
     : Dialog(IDD_ADD_CHANNEL, page)
-    , page_(page)
-    , moduleState_(currentModuleState()) {}
+    , page_(page) {}
 
 AddChannelDialog* AddChannelDialog::open(Dialog* page) {
     return showModeless(new AddChannelDialog(page));
@@ -21,7 +20,6 @@ QString AddChannelDialog::channelText() const {
 }
 
 bool AddChannelDialog::onInitDialog() {
-    const ModuleStateGuard guard(moduleState_);
     createCommandBar(IDR_MENU_CHANNEL_EDIT);
     if (QWidget* caption = item(IDC_ADD_CHANNEL_CAPTION)) {
         QFont bold = caption->font();
@@ -34,7 +32,6 @@ bool AddChannelDialog::onInitDialog() {
 }
 
 void AddChannelDialog::onCommand(int id) {
-    const ModuleStateGuard guard(moduleState_);
     Edit* number = edit(IDC_ADD_CHANNEL_NUMBER);
     switch (id) {
     case IDM_EDIT_COPY:

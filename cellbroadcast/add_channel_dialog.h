@@ -5,7 +5,6 @@
 // hides it and posts kChannelEnteredMessage to that page, which reads the number and destroys
 // the dialog. It deletes itself when its window goes.
 
-#include "framework/resources/module_state.h"
 #include "framework/ui/dialog.h"
 
 namespace tessaly::sms {
@@ -30,7 +29,6 @@ protected:
 
 private:
     Dialog* page_;
-    ModuleState moduleState_;
 };
 
 } // namespace tessaly::sms

@@ -21,8 +21,7 @@ constexpr int kLines[][2] = {
 } // namespace
 
 CbMessageView::CbMessageView(int channel, Dialog* parent)
-    : Dialog(IDD_CB_MESSAGE_VIEW, parent)
-    , moduleState_(currentModuleState()) {
+    : Dialog(IDD_CB_MESSAGE_VIEW, parent) {
     captionFont_ = smallFont();
     captionFont_.setPixelSize(13);
     captionFont_.setWeight(QFont::Bold);
@@ -37,7 +36,6 @@ CbMessageView::CbMessageView(int channel, Dialog* parent)
 }
 
 bool CbMessageView::onInitDialog() {
-    const ModuleStateGuard guard(moduleState_);
     createCommandBar();
     if (QWidget* caption = item(IDC_CBVIEW_CAPTION))
         caption->setFont(captionFont_);

@@ -5,7 +5,6 @@
 // from the cell-broadcast list of the main window; the message is read once, when it is
 // created, and a channel without a message leaves the fields empty.
 
-#include "framework/resources/module_state.h"
 #include "framework/ui/dialog.h"
 
 #include <QFont>
@@ -26,7 +25,6 @@ protected:
 private:
     void layoutControls();
 
-    ModuleState moduleState_;
     bool hasMessage_ = false;
     QString channelText_;
     QString dateText_;

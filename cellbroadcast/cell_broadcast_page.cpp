@@ -38,7 +38,6 @@ AddChannelDialog* CellBroadcastPage::addChannelDialog() const {
 }
 
 bool CellBroadcastPage::onInitDialog() {
-    const ModuleStateGuard guard(moduleState());
     const GSM::Result asked = GSM::CellBroadcast::getMessageTypes();
     showStatus(asked.isOk() ? loadString(IDS_CB_QUERYING) : errorText(asked));
     if (ListBox* languages = listBox(IDC_CB_LANGUAGES)) {
@@ -129,7 +128,6 @@ void CellBroadcastPage::eventCbFailure(const GSM::Result& result) {
 }
 
 void CellBroadcastPage::onCommand(int id) {
-    const ModuleStateGuard guard(moduleState());
     switch (id) {
     case IDC_CB_TICKER_SCROLLS:
     case IDC_CB_SHOW_DIALOG:

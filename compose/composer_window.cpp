@@ -112,7 +112,6 @@ ComposerWindow::ComposerWindow(GSM::Message* message, ComposerEnvironment& envir
 ComposerWindow::~ComposerWindow() = default;
 
 bool ComposerWindow::onInitDialog() {
-    const ModuleStateGuard guard(moduleState_);
     detailsShown_ = false;
     recipientCount_ = 0;
     for (int id : {IDC_COMPOSE_TO_LABEL, IDC_COMPOSE_TEMPLATE_LABEL, IDC_COMPOSE_SCA_LABEL,
@@ -256,7 +255,6 @@ void ComposerWindow::onEditUpdate(int id) {
 }
 
 void ComposerWindow::onEditChange(int id) {
-    const ModuleStateGuard guard(moduleState_);
     if (id == IDC_COMPOSE_TEXT)
         updateStatusLine();
     else if (id == IDC_COMPOSE_TO && !filteringTo_)
@@ -435,7 +433,6 @@ void ComposerWindow::onComboDropDown(int id) {
 }
 
 void ComposerWindow::onComboCloseUp(int id) {
-    const ModuleStateGuard guard(moduleState_);
     if (id != IDC_COMPOSE_TEMPLATES)
         return;
     if (ComboBox* templates = comboBox(id)) {
@@ -453,7 +450,6 @@ void ComposerWindow::onMessage(UINT message, WPARAM, LPARAM) {
 }
 
 void ComposerWindow::onComboSelChange(int id) {
-    const ModuleStateGuard guard(moduleState_);
     if (id == IDC_COMPOSE_TEMPLATES)
         onTemplateSelect();
     else if (id == IDC_COMPOSE_VALIDITY)
@@ -501,13 +497,11 @@ void ComposerWindow::onEditSetFocus(int id) {
 }
 
 void ComposerWindow::onEditKillFocus(int id) {
-    const ModuleStateGuard guard(moduleState_);
     if (id == IDC_COMPOSE_TO)
         onToFieldLeave();
 }
 
 void ComposerWindow::onCommand(int id) {
-    const ModuleStateGuard guard(moduleState_);
     switch (id) {
     case IDC_COMPOSE_SEND:
         onSend();
@@ -550,7 +544,6 @@ void ComposerWindow::onSend() {
 }
 
 void ComposerWindow::onCancel() {
-    const ModuleStateGuard guard(moduleState_);
     Edit* text = edit(IDC_COMPOSE_TEXT);
     if (text && text->isModified() &&
         UserAgent::current().messageBox(window(), loadString(IDS_MESSAGE_WILL_BE_LOST),

@@ -2,8 +2,8 @@
 
 #include "framework/resources/resources.h"
 #include "framework/ui/modeless.h"
-#include "lists/message_texts.h"
 #include "gsm/gsm.h"
+#include "lists/message_texts.h"
 #include "resources/resource.h"
 
 #include <algorithm>
@@ -13,15 +13,13 @@ namespace tessaly::sms {
 
 DeleteMessagesWindow::DeleteMessagesWindow(int folder)
     : Dialog(IDD_DELETE_MESSAGES)
-    , folder_(folder)
-    , moduleState_(currentModuleState()) {}
+    , folder_(folder) {}
 
 DeleteMessagesWindow* DeleteMessagesWindow::open(int folder) {
     return showModeless(new DeleteMessagesWindow(folder));
 }
 
 bool DeleteMessagesWindow::onInitDialog() {
-    const ModuleStateGuard guard(moduleState_);
     if (UpDown* days = upDown(IDC_DELETE_DAYS_SPIN)) {
         days->setBuddy(edit(IDC_DELETE_DAYS));
         days->setRange(0, kLargestAgeDays);
@@ -39,7 +37,6 @@ void DeleteMessagesWindow::enableAge(bool enable) {
 }
 
 void DeleteMessagesWindow::onCommand(int id) {
-    const ModuleStateGuard guard(moduleState_);
     switch (id) {
     case IDC_DELETE_ALL:
         enableAge(false);
@@ -53,7 +50,6 @@ void DeleteMessagesWindow::onCommand(int id) {
 }
 
 void DeleteMessagesWindow::onOK() {
-    const ModuleStateGuard guard(moduleState_);
     int ageDays = 0;
     if (isItemChecked(IDC_DELETE_ALL) != BST_CHECKED &&
         isItemChecked(IDC_DELETE_OLDER) == BST_CHECKED) {

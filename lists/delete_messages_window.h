@@ -4,7 +4,6 @@
 // days (at most 100, 30 by default), in one request to the message service. Modeless and
 // without a parent; it deletes itself when it closes.
 
-#include "framework/resources/module_state.h"
 #include "framework/ui/dialog.h"
 
 namespace tessaly::sms {
@@ -32,7 +31,6 @@ private:
     void enableAge(bool enable);
 
     int folder_;
-    ModuleState moduleState_;
 };
 
 // The days typed into the age field, read as the platform's decimal conversion does: leading

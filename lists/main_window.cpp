@@ -93,7 +93,6 @@ bool MainSmsWindow::ascending() const {
 }
 
 bool MainSmsWindow::onInitDialog() {
-    const ModuleStateGuard guard(moduleState_);
     createCommandBar(IDR_MENU_MAIN);
     if (CommandBar* bar = commandBar())
         bar->enableItem(IDM_MAIN_OPTIONS, environment_.hasOptionsSheet());
@@ -333,7 +332,6 @@ void MainSmsWindow::showSortMenu() {
 }
 
 void MainSmsWindow::onCommand(int id) {
-    const ModuleStateGuard guard(moduleState_);
     switch (id) {
     case IDC_MAIN_FOLDER:
         showFolderMenu();
@@ -482,7 +480,6 @@ void MainSmsWindow::openRow(int row) {
 }
 
 void MainSmsWindow::onOK() {
-    const ModuleStateGuard guard(moduleState_);
     environment_.handBackControl();
 }
 
@@ -491,7 +488,6 @@ void MainSmsWindow::onCancel() {
 }
 
 void MainSmsWindow::onListClick(int id, int row, int column) {
-    const ModuleStateGuard guard(moduleState_);
     if (id == IDC_MAIN_LIST)
         openRow(row);
     else if (id == IDC_MAIN_CB_LIST)
@@ -499,7 +495,6 @@ void MainSmsWindow::onListClick(int id, int row, int column) {
 }
 
 void MainSmsWindow::onListColumnClick(int id, int column) {
-    const ModuleStateGuard guard(moduleState_);
     if (id != IDC_MAIN_LIST)
         return;
     const int key = column == 0   ? GSM::Sms::SortByStatus
@@ -513,13 +508,11 @@ void MainSmsWindow::onListColumnClick(int id, int column) {
 }
 
 void MainSmsWindow::onListKeyDown(int id, int virtualKey) {
-    const ModuleStateGuard guard(moduleState_);
     if (id == IDC_MAIN_LIST && virtualKey == VK_RETURN)
         openRow(messageList()->selectedRow());
 }
 
 void MainSmsWindow::onListTapAndHold(int id, int row, QPoint screenPos) {
-    const ModuleStateGuard guard(moduleState_);
     if ((id != IDC_MAIN_LIST && id != IDC_MAIN_CB_LIST) || row < 0)
         return;
     const int menuId = id == IDC_MAIN_CB_LIST         ? IDR_MENU_CB_ITEM
@@ -533,7 +526,6 @@ void MainSmsWindow::onListTapAndHold(int id, int row, QPoint screenPos) {
 }
 
 void MainSmsWindow::onListColumnWidthChanged(int id, int column, int width) {
-    const ModuleStateGuard guard(moduleState_);
     const bool shownList =
         id == (listFolder_ == kCellBroadcastFolder ? IDC_MAIN_CB_LIST : IDC_MAIN_LIST);
     if (!shownList || !isFolder(listFolder_) || column < 0 || column >= SmsSettings::kColumnCount)
@@ -546,7 +538,6 @@ void MainSmsWindow::onListColumnWidthChanged(int id, int column, int width) {
 }
 
 void MainSmsWindow::onActivate(bool active) {
-    const ModuleStateGuard guard(moduleState_);
     GSM::setActiveService(active ? GSM::ServiceSms : GSM::ServiceNone);
 }
 

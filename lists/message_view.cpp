@@ -35,7 +35,6 @@ MessageView::MessageView(long messageId, int folder, Dialog* parent)
     : Dialog(IDD_MESSAGE_VIEW, parent)
     , messageId_(messageId)
     , folder_(folder)
-    , moduleState_(currentModuleState())
     , message_(GSM::sms.getMessage(messageId)) {
     titleFont_ = QFont(QStringLiteral("Tahoma"));
     titleFont_.setPixelSize(13);
@@ -59,7 +58,6 @@ MessageView::MessageView(long messageId, int folder, Dialog* parent)
 }
 
 bool MessageView::onInitDialog() {
-    const ModuleStateGuard guard(moduleState_);
     createCommandBar(folder_ == kOutboxFolder ? IDR_MENU_VIEW_OUTBOX : IDR_MENU_VIEW_INBOX);
     if (QWidget* title = item(IDC_VIEW_TITLE))
         title->setFont(titleFont_);
@@ -178,7 +176,6 @@ void MessageView::deleteMessage() {
 }
 
 void MessageView::onCommand(int id) {
-    const ModuleStateGuard guard(moduleState_);
     switch (id) {
     case IDC_VIEW_DOWN:
         showDetails(true);

@@ -5,7 +5,6 @@
 // Run modally; all message data are read once, when it is created. The caller reads
 // wasDeleted() afterwards, so that a message deleted here is not marked read.
 
-#include "framework/resources/module_state.h"
 #include "framework/ui/dialog.h"
 #include "lists/message_texts.h"
 #include "gsm/gsm.h"
@@ -37,7 +36,6 @@ private:
 
     long messageId_;
     int folder_;
-    ModuleState moduleState_;
     GSM::Message* message_ = nullptr;
     QString serviceCentre_;
     QString text_;

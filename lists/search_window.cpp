@@ -87,13 +87,11 @@ public:
 
 SearchWindow::SearchWindow(OpenMessage openMessage, Dialog* parent)
     : Dialog(IDD_SEARCH, parent)
-    , openMessage_(std::move(openMessage))
-    , moduleState_(currentModuleState()) {}
+    , openMessage_(std::move(openMessage)) {}
 
 SearchWindow::~SearchWindow() = default;
 
 bool SearchWindow::onInitDialog() {
-    const ModuleStateGuard guard(moduleState_);
     setItemText(IDC_SEARCH_COUNT, loadString(IDS_SEARCH_PROMPT));
     if (ListView* list = listView(IDC_SEARCH_LIST)) {
         list->insertColumn(0, QString(), list->viewport()->width());
@@ -125,7 +123,6 @@ void SearchWindow::onEditChange(int id) {
 }
 
 void SearchWindow::searchFor(const QString& text) {
-    const ModuleStateGuard guard(moduleState_);
     if (ListView* list = listView(IDC_SEARCH_LIST))
         list->deleteAllItems();
     search_ = GSM::searchMessages(toWide(text));
@@ -181,7 +178,6 @@ void SearchWindow::onOK() {
 }
 
 void SearchWindow::openRow(int row) {
-    const ModuleStateGuard guard(moduleState_);
     ListView* list = listView(IDC_SEARCH_LIST);
     if (!list || row < 0 || row >= list->itemCount() || !openMessage_)
         return;

@@ -5,7 +5,6 @@
 // bold. Every keystroke searches again; the list reads one page at a time as it is scrolled.
 // Enter or a tap opens the message. Run modally from the main window's Tools menu.
 
-#include "framework/resources/module_state.h"
 #include "framework/ui/dialog.h"
 #include "gsm/search.h"
 
@@ -40,7 +39,6 @@ private:
     void openRow(int row);
 
     OpenMessage openMessage_;
-    ModuleState moduleState_;
     std::unique_ptr<GSM::MessageSearch> search_;
     int found_ = 0;
 };

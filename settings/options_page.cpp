@@ -38,7 +38,6 @@ bool CPpOptions::dataSetDefault() {
 }
 
 bool CPpOptions::onInitDialog() {
-    const ModuleStateGuard guard(moduleState_);
     mainPreferences_ = GSM::Preferences::getMainPreferences();
     // Without the library's preferences the controls keep their template state, and leaving
     // the page stores nothing (it would store what was never loaded).

@@ -79,7 +79,6 @@ void ReceivingPage::onComboSelChange(int id) {
     ComboBox* sounds = comboBox(IDC_RECEIVING_SOUND);
     if (id != IDC_RECEIVING_SOUND || !sounds || sounds->curSel() < 0)
         return;
-    const ModuleStateGuard guard(moduleState());
     Shell::current().playSound(sounds->currentText() + QStringLiteral(".wav"));
 }
 

@@ -86,7 +86,6 @@ void SendingPage::onCommand(int id) {
         CPpOptions::onCommand(id);
         return;
     }
-    const ModuleStateGuard guard(moduleState());
     ServiceCentreDirectoryDialog(this).doModal();
     if (ComboBox* combo = comboBox(IDC_SENDING_SC))
         fillServiceCentreCombo(*combo, serviceCentreList());

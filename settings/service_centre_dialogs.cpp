@@ -69,7 +69,6 @@ ServiceCentreDirectoryDialog::ServiceCentreDirectoryDialog(Dialog* parent)
 ServiceCentreDirectoryDialog::~ServiceCentreDirectoryDialog() = default;
 
 bool ServiceCentreDirectoryDialog::onInitDialog() {
-    const ModuleStateGuard guard(moduleState_);
     ListView* view = listView(IDC_SC_DIRECTORY_LIST);
     if (!view)
         return true;
@@ -137,7 +136,6 @@ void ServiceCentreDirectoryDialog::onListClick(int id, int row, int) {
 }
 
 void ServiceCentreDirectoryDialog::onListTapAndHold(int id, int row, QPoint screenPos) {
-    const ModuleStateGuard guard(moduleState_);
     ListView* view = listView(IDC_SC_DIRECTORY_LIST);
     if (id != IDC_SC_DIRECTORY_LIST || !view)
         return;
@@ -164,7 +162,6 @@ void ServiceCentreDirectoryDialog::onListTapAndHold(int id, int row, QPoint scre
 }
 
 void ServiceCentreDirectoryDialog::onCommand(int id) {
-    const ModuleStateGuard guard(moduleState_);
     switch (id) {
     case IDC_SC_DIRECTORY_NEW:
         editEntry(-1);
@@ -180,7 +177,6 @@ void ServiceCentreDirectoryDialog::onCommand(int id) {
 }
 
 void ServiceCentreDirectoryDialog::onOK() {
-    const ModuleStateGuard guard(moduleState_);
     // The index tapped then, even if that entry has moved to the end since.
     if (chosen_ >= 0)
         if (GSM::ServiceCentreList* list = serviceCentreList())
@@ -196,7 +192,6 @@ ServiceCentreEditDialog::ServiceCentreEditDialog(Dialog* parent, int index)
     , moduleState_(currentModuleState()) {}
 
 bool ServiceCentreEditDialog::onInitDialog() {
-    const ModuleStateGuard guard(moduleState_);
     createCommandBar(IDR_MENU_EDIT);
     if (GSM::ServiceCentreList* list = serviceCentreList(); list && index_ >= 0) {
         if (const GSM::ServiceCentreEntry* entry = list->get(index_)) {
@@ -211,7 +206,6 @@ bool ServiceCentreEditDialog::onInitDialog() {
 }
 
 void ServiceCentreEditDialog::onCommand(int id) {
-    const ModuleStateGuard guard(moduleState_);
     if (id == IDM_EDIT_DELETE) {
         deleteEntry();
         return;
@@ -236,7 +230,6 @@ void ServiceCentreEditDialog::deleteEntry() {
 }
 
 void ServiceCentreEditDialog::onOK() {
-    const ModuleStateGuard guard(moduleState_);
     const QString name = itemText(IDC_SC_EDIT_NAME);
     const QString number = itemText(IDC_SC_EDIT_NUMBER);
     const bool changed = name != initialName_ || number != initialNumber_;

@@ -1,5 +1,7 @@
 #include "framework/ui/dialog.h"
 
+#include "framework/resources/module_state.h"
+
 #include "framework/resources/resources.h"
 #include "framework/time/clock.h"
 #include "framework/ui/menu.h"
@@ -60,6 +62,9 @@ bool hasStyle(const ControlTemplate& control, const char* name) {
 } // namespace
 
 template <typename Handler> bool Dialog::dispatch(Handler&& handler) {
+    // Every event reaches the window in the module state it was made in (its resources and
+    // language, the module's own state), whoever's state the event loop was in.
+    const ModuleStateGuard guard(createdIn_);
     const std::weak_ptr<int> alive = lifeToken_;
     ++dispatchDepth_;
     handler();
@@ -256,7 +261,8 @@ Dialog::Dialog(int templateId, Dialog* parent)
 Dialog::Dialog(const DialogTemplate& dialogTemplate, Dialog* parent)
     : template_(dialogTemplate)
     , parent_(parent)
-    , title_(dialogTemplate.caption) {
+    , title_(dialogTemplate.caption)
+    , createdIn_(currentModuleState()) {
     if (hasStyle(template_.styles, "WS_CHILD"))
         presentation_ = Presentation::Child;
     liveObjects().insert(this);

@@ -5,6 +5,7 @@
 // notifications come in through the virtual handlers below. Posted messages, timers and
 // destroyWindow keep their platform meaning.
 
+#include "framework/resources/module_state.h"
 #include "framework/resources/resource_model.h"
 #include "framework/ui/controls.h"
 #include "framework/ui/useragent.h"
@@ -241,6 +242,8 @@ private:
     Dialog* parent_ = nullptr;
     std::shared_ptr<int> lifeToken_ = std::make_shared<int>(0);
     QString title_;
+    // The module state in force when the window was made; its events run in it.
+    ModuleState createdIn_;
     QPointer<DialogWindow> window_;
     std::vector<Control> controls_;
     std::map<int, size_t> controlIndex_;
