@@ -8,7 +8,6 @@
 #include "framework/ui/useragent.h"
 #include "suite/telephony/telephony.h"
 
-#include <QElapsedTimer>
 #include <QLayout>
 #include <QProgressDialog>
 #include <QPushButton>
