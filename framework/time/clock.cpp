@@ -98,15 +98,21 @@ SYSTEMTIME systemTimeFromDateTime(const QDateTime& dateTime) {
     return result;
 }
 
+QDateTime dateTimeFromSystemTime(const SYSTEMTIME& time, Qt::TimeSpec spec) {
+    const QDate date(time.wYear, time.wMonth, time.wDay);
+    const QTime timeOfDay(time.wHour, time.wMinute, time.wSecond, time.wMilliseconds);
+    // QDateTime would take an invalid time of day as midnight.
+    if (!date.isValid() || !timeOfDay.isValid())
+        return {};
+    return QDateTime(date, timeOfDay, spec);
+}
+
 BOOL SystemTimeToFileTime(const SYSTEMTIME* systemTime, FILETIME* fileTime) {
     if (!systemTime || !fileTime)
         return FALSE;
-    const QDate date(systemTime->wYear, systemTime->wMonth, systemTime->wDay);
-    const QTime time(systemTime->wHour, systemTime->wMinute, systemTime->wSecond,
-                     systemTime->wMilliseconds);
-    if (systemTime->wYear < 1601 || !date.isValid() || !time.isValid())
+    const QDateTime dt = dateTimeFromSystemTime(*systemTime, Qt::UTC);
+    if (systemTime->wYear < 1601 || !dt.isValid())
         return FALSE;
-    const QDateTime dt(date, time, Qt::UTC);
     const std::int64_t ticks =
         dt.toMSecsSinceEpoch() * tessaly::kTicksPerMs + tessaly::kUnixEpochTicks;
     *fileTime = fileTimeFromUInt64(std::uint64_t(ticks));

@@ -5,6 +5,8 @@
 
 #include "framework/win32types.h"
 
+#include <QtCore/qnamespace.h>
+
 #include <functional>
 
 class QDateTime;
@@ -33,5 +35,8 @@ public:
 void GetLocalTime(SYSTEMTIME* time);
 // The fields of a date and time as they read, with no time-zone shift (milliseconds kept).
 SYSTEMTIME systemTimeFromDateTime(const QDateTime& dateTime);
+// The fields read as a date and time in the given zone (milliseconds kept); invalid when the
+// date or the time of day is not one.
+QDateTime dateTimeFromSystemTime(const SYSTEMTIME& time, Qt::TimeSpec spec = Qt::LocalTime);
 BOOL FileTimeToSystemTime(const FILETIME* fileTime, SYSTEMTIME* systemTime);
 BOOL SystemTimeToFileTime(const SYSTEMTIME* systemTime, FILETIME* fileTime);

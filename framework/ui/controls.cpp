@@ -1233,13 +1233,12 @@ void DateTimePicker::setFormat(const QString& platformFormat) {
 }
 
 void DateTimePicker::setSystemTime(const SYSTEMTIME& time) {
-    const QDate date(time.wYear, time.wMonth, time.wDay);
-    const QTime clockTime(time.wHour, time.wMinute, time.wSecond, time.wMilliseconds);
-    if (!date.isValid() || !clockTime.isValid())
+    const QDateTime chosen = dateTimeFromSystemTime(time);
+    if (!chosen.isValid())
         return;
     // Set by the program, not by the person: no change notification.
     const QSignalBlocker quiet(this);
-    setDateTime(QDateTime(date, clockTime));
+    setDateTime(chosen);
 }
 
 SYSTEMTIME DateTimePicker::systemTime() const {

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 using tessaly::testkit::VirtualClock;
 
 namespace {
@@ -131,6 +133,20 @@ TEST(FileTime, RefusesWhatIsNoTime) {
           SYSTEMTIME{2024, 13, 0, 1, 0, 0, 0, 0}, SYSTEMTIME{2024, 1, 0, 1, 24, 0, 0, 0}})
         EXPECT_FALSE(SystemTimeToFileTime(&bad, &fileTime)) << bad.wYear << "-" << bad.wMonth;
     EXPECT_FALSE(SystemTimeToFileTime(nullptr, &fileTime));
+}
+
+TEST(SystemTimeFields, ReadAsADateTimeAndBackUnchanged) {
+    const SYSTEMTIME leapDay{2024, 2, 4, 29, 23, 59, 58, 999};
+    const QDateTime local = dateTimeFromSystemTime(leapDay);
+    EXPECT_EQ(local, QDateTime(QDate(2024, 2, 29), QTime(23, 59, 58, 999)));
+    EXPECT_EQ(dateTimeFromSystemTime(leapDay, Qt::UTC).timeSpec(), Qt::UTC);
+    const SYSTEMTIME back = systemTimeFromDateTime(local);
+    EXPECT_EQ(std::memcmp(&back, &leapDay, sizeof back), 0);
+    // An impossible time of day is no time at all, not midnight.
+    for (const SYSTEMTIME& bad :
+         {SYSTEMTIME{2024, 1, 0, 1, 24, 0, 0, 0}, SYSTEMTIME{2024, 1, 0, 1, 0, 60, 0, 0},
+          SYSTEMTIME{2023, 2, 0, 29, 0, 0, 0, 0}})
+        EXPECT_FALSE(dateTimeFromSystemTime(bad).isValid()) << bad.wHour << ":" << bad.wMinute;
 }
 
 } // namespace

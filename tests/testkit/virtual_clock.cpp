@@ -6,11 +6,6 @@ namespace tessaly::testkit {
 
 namespace {
 
-QDateTime fromSystemTime(const SYSTEMTIME& time) {
-    return QDateTime(QDate(time.wYear, time.wMonth, time.wDay),
-                     QTime(time.wHour, time.wMinute, time.wSecond, time.wMilliseconds));
-}
-
 SYSTEMTIME defaultStart() {
     SYSTEMTIME start;
     start.wYear = 2024;
@@ -28,7 +23,7 @@ VirtualClock::VirtualClock()
 
 VirtualClock::VirtualClock(const SYSTEMTIME& start)
     : previous_(&Clock::current())
-    , start_(fromSystemTime(start)) {
+    , start_(dateTimeFromSystemTime(start)) {
     Clock::install(this);
 }
 
@@ -42,7 +37,7 @@ SYSTEMTIME VirtualClock::localNow() const {
 }
 
 void VirtualClock::setLocalNow(const SYSTEMTIME& now) {
-    start_ = fromSystemTime(now).addMSecs(-elapsedMs_);
+    start_ = dateTimeFromSystemTime(now).addMSecs(-elapsedMs_);
 }
 
 TimerHandle VirtualClock::startTimer(int intervalMs, std::function<void()> callback) {
