@@ -158,10 +158,8 @@ void CellBroadcastPage::addChannel() {
 }
 
 void CellBroadcastPage::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == kChannelEnteredMessage) {
-        const ModuleStateGuard guard(moduleState());
+    if (message == kChannelEnteredMessage)
         channelEntered();
-    }
 }
 
 void CellBroadcastPage::channelEntered() {

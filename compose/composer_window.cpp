@@ -89,7 +89,6 @@ ComposerWindow::ComposerWindow(GSM::Message* message, ComposerEnvironment& envir
     : Dialog(IDD_COMPOSER)
     , message_(message)
     , environment_(environment)
-    , moduleState_(currentModuleState())
     , valueMenu_(*this, IDC_COMPOSE_TEXT, ValueMenuContext::Composer) {
     if (!message_)
         return;
@@ -262,7 +261,6 @@ void ComposerWindow::onEditChange(int id) {
 }
 
 void ComposerWindow::onToFieldUpdate() {
-    const ModuleStateGuard guard(moduleState_);
     QString text = toText();
     if (text.isEmpty() || isRecipientCharacter(text.back()))
         return;
@@ -319,7 +317,6 @@ void ComposerWindow::appendPickedNumbers() {
 }
 
 void ComposerWindow::onRecipientButton() {
-    const ModuleStateGuard guard(moduleState_);
     std::optional<Menu> resource = Menu::load(IDR_MENU_FAVORITES);
     if (!resource)
         return;
@@ -379,7 +376,6 @@ void ComposerWindow::onRecipientButton() {
 }
 
 void ComposerWindow::pickFromPhoneBook() {
-    const ModuleStateGuard guard(moduleState_);
     if (!GSM::isServiceAvailable(GSM::ServicePhoneBook))
         return;
     GSM::Folder* picker = GSM::PhoneBook::getFolder(GSM::PhoneBook::FolderPicker);
@@ -400,7 +396,7 @@ void ComposerWindow::eventContactPicked(GSM::Contact*) {
 }
 
 void ComposerWindow::eventFolderChanged(GSM::Folder* folder) {
-    const ModuleStateGuard guard(moduleState_);
+    const ModuleStateGuard guard(moduleState());
     if (!folder || folder->getId() != GSM::PhoneBook::FolderPicker || !awaitingPick_ || !isWindow())
         return;
     awaitingPick_ = false;
@@ -527,7 +523,6 @@ void ComposerWindow::onCommand(int id) {
 // ---- sending and closing
 
 void ComposerWindow::onSend() {
-    const ModuleStateGuard guard(moduleState_);
     SendForm form;
     form.toText = toText();
     form.messageText = messageText();
@@ -564,7 +559,6 @@ void ComposerWindow::onDestroy() {
 }
 
 void ComposerWindow::onPostDestroy() {
-    const ModuleStateGuard guard(moduleState_);
     environment_.composerDestroyed(this);
     delete this;
 }

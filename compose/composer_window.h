@@ -6,11 +6,10 @@
 // GSM::Message it was opened for; SEND hands it (or one copy per recipient) to the library, and
 // closing without sending discards it. Any number of composers may be open; each owns itself.
 
-#include "framework/resources/module_state.h"
 #include "framework/ui/dialog.h"
 #include "gsm/contacts.h"
-#include "util/edit_commands.h"
 #include "templates/edit_value_menu.h"
+#include "util/edit_commands.h"
 
 #include <QString>
 #include <QStringList>
@@ -82,7 +81,6 @@ private:
 
     GSM::Message* message_ = nullptr;
     ComposerEnvironment& environment_;
-    ModuleState moduleState_;
     EditValueMenu valueMenu_;
     QString startToText_;
     QString startMessageText_;

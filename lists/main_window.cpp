@@ -64,8 +64,7 @@ void drawMenuMark(QPainter& painter, const QRect& label) {
 
 MainSmsWindow::MainSmsWindow(ListsEnvironment& environment)
     : Dialog(IDD_MAIN)
-    , environment_(environment)
-    , moduleState_(currentModuleState()) {}
+    , environment_(environment) {}
 
 MainSmsWindow::~MainSmsWindow() = default;
 
@@ -587,13 +586,13 @@ bool MainSmsWindow::onEraseBackground(QPainter& painter, const QRect& rect) {
 }
 
 void MainSmsWindow::eventMessagesChanged() {
-    const ModuleStateGuard guard(moduleState_);
+    const ModuleStateGuard guard(moduleState());
     if (listShown_ && isMessageFolder(currentFolder_))
         showFolder(currentFolder_);
 }
 
 void MainSmsWindow::eventMessage(int channel) {
-    const ModuleStateGuard guard(moduleState_);
+    const ModuleStateGuard guard(moduleState());
     if (listShown_ && currentFolder_ == kCellBroadcastFolder)
         showFolder(currentFolder_);
 }
@@ -604,7 +603,6 @@ void MainSmsWindow::onDestroy() {
 }
 
 void MainSmsWindow::onPostDestroy() {
-    const ModuleStateGuard guard(moduleState_);
     environment_.mainWindowDestroyed(this);
     delete this;
 }

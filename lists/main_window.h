@@ -7,7 +7,6 @@
 // the message store or the cell-broadcast store changes. The module owns it through its main-window
 // pointer; the window deletes itself when destroyed.
 
-#include "framework/resources/module_state.h"
 #include "framework/ui/dialog.h"
 #include "gsm/gsm.h"
 
@@ -90,7 +89,6 @@ private:
     void layoutControls();
 
     ListsEnvironment& environment_;
-    ModuleState moduleState_;
     int currentFolder_ = -1;
     bool listShown_ = false;
     int listFolder_ = -1;

@@ -22,8 +22,7 @@ bool sayName(QWidget* owner, const char* operation) {
 CPpOptions::CPpOptions(int templateId, int menuId, int inputPanel)
     : PropertyPage(templateId)
     , menuId_(menuId)
-    , inputPanel_(inputPanel)
-    , moduleState_(currentModuleState()) {}
+    , inputPanel_(inputPanel) {}
 
 bool CPpOptions::dataLoad() {
     return sayName(window(), "DataLoad");
@@ -47,7 +46,6 @@ bool CPpOptions::onInitDialog() {
 }
 
 bool CPpOptions::onSetActive() {
-    const ModuleStateGuard guard(moduleState_);
     if (PropertySheet* owner = sheet(); owner && menuId_ != 0)
         if (CommandBar* bar = owner->commandBar())
             bar->setMenu(menuId_, this);
@@ -56,7 +54,6 @@ bool CPpOptions::onSetActive() {
 }
 
 bool CPpOptions::onKillActive() {
-    const ModuleStateGuard guard(moduleState_);
     if (mainPreferences_)
         dataSave();
     return PropertyPage::onKillActive();
@@ -64,7 +61,6 @@ bool CPpOptions::onKillActive() {
 
 void CPpOptions::onCommand(int id) {
     if (id == IDC_FACTORY_SETTINGS) {
-        const ModuleStateGuard guard(moduleState_);
         dataSetDefault();
         return;
     }

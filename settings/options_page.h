@@ -10,7 +10,6 @@
 // - the "Factory Settings" button (IDC_FACTORY_SETTINGS): dataSetDefault(), which puts the
 //   controls back to their defaults and stores nothing until the page is left.
 
-#include "framework/resources/module_state.h"
 #include "framework/ui/property_sheet.h"
 
 namespace GSM {
@@ -46,15 +45,10 @@ protected:
     // IDC_FACTORY_SETTINGS calls dataSetDefault(); other commands go to the dialog.
     void onCommand(int id) override;
 
-    // The module's resources and state at construction; event overrides reached from the
-    // telephony library start with `ModuleStateGuard guard(moduleState());`.
-    const ModuleState& moduleState() const { return moduleState_; }
-
 private:
     int menuId_;
     int inputPanel_;
     GSM::MainPreferences* mainPreferences_ = nullptr;
-    ModuleState moduleState_;
 };
 
 } // namespace tessaly::sms

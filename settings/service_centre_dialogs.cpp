@@ -6,8 +6,8 @@
 #include "framework/ui/shell.h"
 #include "gsm/preferences.h"
 #include "resources/resource.h"
-#include "util/context_menu.h"
 #include "settings/service_centres.h"
+#include "util/context_menu.h"
 #include "util/wide_text.h"
 
 #include <QApplication>
@@ -63,8 +63,7 @@ private:
 // ---- directory ----
 
 ServiceCentreDirectoryDialog::ServiceCentreDirectoryDialog(Dialog* parent)
-    : Dialog(IDD_SERVICE_CENTRE_DIRECTORY, parent)
-    , moduleState_(currentModuleState()) {}
+    : Dialog(IDD_SERVICE_CENTRE_DIRECTORY, parent) {}
 
 ServiceCentreDirectoryDialog::~ServiceCentreDirectoryDialog() = default;
 
@@ -112,7 +111,7 @@ bool ServiceCentreDirectoryDialog::refuseSimEntry(int index) {
 }
 
 void ServiceCentreDirectoryDialog::tapped(int row) {
-    const ModuleStateGuard guard(moduleState_);
+    const ModuleStateGuard guard(moduleState());
     chosen_ = row;
     if (refuseSimEntry(row))
         return;
@@ -188,8 +187,7 @@ void ServiceCentreDirectoryDialog::onOK() {
 
 ServiceCentreEditDialog::ServiceCentreEditDialog(Dialog* parent, int index)
     : Dialog(IDD_SERVICE_CENTRE_EDIT, parent)
-    , index_(index)
-    , moduleState_(currentModuleState()) {}
+    , index_(index) {}
 
 bool ServiceCentreEditDialog::onInitDialog() {
     createCommandBar(IDR_MENU_EDIT);

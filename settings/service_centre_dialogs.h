@@ -6,7 +6,6 @@
 // when the directory is left without OK. Index 0, the SIM's own centre, is shown but neither
 // edited nor deleted.
 
-#include "framework/resources/module_state.h"
 #include "framework/ui/dialog.h"
 #include "util/edit_commands.h"
 
@@ -40,7 +39,6 @@ private:
     bool refuseSimEntry(int index);
 
     int chosen_ = -1;
-    ModuleState moduleState_;
     std::unique_ptr<QObject> emptySpaceTaps_;
 };
 
@@ -62,7 +60,6 @@ private:
     QString initialName_;
     QString initialNumber_;
     EditCommands editCommands_;
-    ModuleState moduleState_;
 };
 
 } // namespace tessaly::sms

@@ -748,7 +748,14 @@ void Dialog::destroyWindow() {
     if (dispatchDepth_ > 0)
         postDestroyPending_ = true;
     else
-        onPostDestroy();
+        postDestroy();
+}
+
+void Dialog::postDestroy() {
+    // Outside any handler, so the module state is entered here; the guard keeps a copy of the
+    // state, not a reference, because onPostDestroy may delete this.
+    const ModuleStateGuard guard(createdIn_);
+    onPostDestroy();
 }
 
 void Dialog::windowGone(DialogWindow* window) {
@@ -774,7 +781,7 @@ void Dialog::windowGone(DialogWindow* window) {
     if (dispatchDepth_ > 0)
         postDestroyPending_ = true;
     else
-        onPostDestroy();
+        postDestroy();
 }
 
 void Dialog::endDialog(int code) {

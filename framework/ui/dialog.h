@@ -170,6 +170,10 @@ public:
     static bool exists(const Dialog* dialog);
 
 protected:
+    // The module state the window was made in: the framework delivers its events in it. Calls
+    // that reach the window from elsewhere (the telephony library's events) enter it themselves.
+    const ModuleState& moduleState() const { return createdIn_; }
+
     // Return true to let the framework give the focus to the first control that takes it.
     virtual bool onInitDialog() { return true; }
     // Commands of buttons, clickable labels, menus and the command bar. The default sends
@@ -234,6 +238,8 @@ private:
     // Runs a handler; a destroyWindow inside it finishes (onPostDestroy) once the outermost
     // handler has returned. Returns false when the object was deleted meanwhile.
     template <typename Handler> bool dispatch(Handler&& handler);
+    // onPostDestroy in the module state the window was made in.
+    void postDestroy();
     void handlePosted(UINT message, WPARAM wParam, LPARAM lParam);
 
     DialogTemplate template_;

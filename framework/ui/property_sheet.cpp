@@ -1,5 +1,6 @@
 #include "framework/ui/property_sheet.h"
 
+#include "framework/resources/module_state.h"
 #include "framework/ui/menu.h"
 #include "framework/ui/screen.h"
 
@@ -100,7 +101,7 @@ bool PropertySheet::setActivePage(int index) {
     if (!page(index) || !tabs_)
         return false;
     if (PropertyPage* current = activePage(); current && index != active_ && current->isWindow())
-        if (!current->onKillActive())
+        if (!leavePage(*current))
             return false;
     if (!ensurePageCreated(index))
         return false;
@@ -112,14 +113,22 @@ bool PropertySheet::setActivePage(int index) {
     }
     if (CommandBar* bar = commandBar())
         bar->clearMenu();
-    page(index)->onSetActive();
+    PropertyPage& entered = *page(index);
+    const ModuleStateGuard guard(entered.createdIn_);
+    entered.onSetActive();
     return true;
+}
+
+bool PropertySheet::leavePage(PropertyPage& page) {
+    // A page hears it is left or entered in its own module state, as it hears its other events.
+    const ModuleStateGuard guard(page.createdIn_);
+    return page.onKillActive();
 }
 
 void PropertySheet::onCommand(int id) {
     if (id == IDOK) {
         if (PropertyPage* current = activePage(); current && current->isWindow())
-            if (!current->onKillActive())
+            if (!leavePage(*current))
                 return;
         for (PropertyPage* page : pages_)
             if (page->isWindow())

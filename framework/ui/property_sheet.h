@@ -68,6 +68,8 @@ protected:
 private:
     static DialogTemplate sheetTemplate(const QString& caption);
     bool ensurePageCreated(int index);
+    // The page's onKillActive; false when it refuses to be left.
+    bool leavePage(PropertyPage& page);
 
     QString caption_;
     std::vector<PropertyPage*> pages_;

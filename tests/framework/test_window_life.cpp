@@ -1,3 +1,4 @@
+#include "framework/resources/module_state.h"
 #include "framework/resources/resources.h"
 #include "framework/time/thread_timer.h"
 #include "framework/ui/dialog.h"
@@ -13,6 +14,8 @@
 #include <QMenu>
 
 #include <QImage>
+
+#include <optional>
 
 using namespace tessaly;
 using namespace tessaly::testdata;
@@ -368,6 +371,71 @@ TEST_F(WindowLifeTest, PropertySheetActivatesLeavesAndClosesPages) {
                                              "Sending leave", "Signature ok", "Sending ok"}));
     EXPECT_FALSE(signature.isWindow());
     EXPECT_FALSE(sending.isWindow());
+}
+
+TEST_F(WindowLifeTest, WhatTheFrameworkDeliversRunsInTheModuleStateTheWindowWasMadeIn) {
+    // Made while a module's state is in force, delivered while another's is: each handler
+    // must see the first, including those the framework calls outside an event.
+    struct StatePage : PropertyPage {
+        using PropertyPage::PropertyPage;
+        std::function<void(const std::string&)> note;
+        bool onSetActive() override {
+            note(tabText().toStdString() + " active");
+            return true;
+        }
+        bool onKillActive() override {
+            note(tabText().toStdString() + " leave");
+            return true;
+        }
+    };
+    int madeIn = 0;
+    int elsewhere = 0;
+    std::vector<std::string> wrongState;
+    std::vector<std::string> heard;
+    const auto note = [&](const std::string& what) {
+        heard.push_back(what);
+        if (currentModuleState().moduleData != &madeIn)
+            wrongState.push_back(what);
+    };
+    const ResourceScript* resources = currentModuleState().resources;
+    std::optional<ModuleStateGuard> made(std::in_place, resources, &madeIn);
+    auto* window = new RecordingDialog(kSmallBox);
+    StatePage first(kPageOne);
+    StatePage second(kPageTwo);
+    PropertySheet sheet(QStringLiteral("SMS"));
+    made.reset();
+
+    const ModuleStateGuard other(resources, &elsewhere);
+    window->messageHook = [&](RecordingDialog&, UINT) { note("message"); };
+    window->timerHook = [&](RecordingDialog& self, UINT_PTR id) {
+        note("timer");
+        self.killTimer(id);
+    };
+    window->postDestroyHook = [&, window] {
+        note("postdestroy");
+        delete window;
+    };
+    ASSERT_TRUE(window->create());
+    window->postMessage(WM_APP);
+    testkit::pumpMessages();
+    window->setTimer(1, 1000);
+    clock.advance(1000);
+    window->destroyWindow(); // from outside any of its handlers
+
+    first.note = note;
+    second.note = note;
+    sheet.addPage(&first);
+    sheet.addPage(&second);
+    user.runModal([&](Dialog& dialog) {
+        ASSERT_TRUE(static_cast<PropertySheet&>(dialog).setActivePage(1));
+        dialog.sendCommand(IDOK);
+    });
+    EXPECT_EQ(sheet.doModal(), IDOK);
+    EXPECT_EQ(heard,
+              (std::vector<std::string>{"message", "timer", "postdestroy", "Signature active",
+                                        "Signature leave", "Sending active", "Sending leave"}));
+    EXPECT_TRUE(wrongState.empty()) << wrongState.front();
+    EXPECT_EQ(currentModuleState().moduleData, &elsewhere);
 }
 
 TEST_F(WindowLifeTest, PropertySheetTitleComesFromItsCallback) {
