@@ -1,7 +1,9 @@
+#include "framework/ui/menu.h"
 #include "lists/message_view.h"
 #include "lists_fixture.h"
 #include "resources/resource.h"
 
+#include <QAction>
 #include <QFileInfo>
 #include <QFontDatabase>
 
@@ -46,8 +48,17 @@ TEST_F(ListsScreenshot, MainWindowViewAndDeleteWindow) {
     const QString mainPath = testkit::testOutputPath(QStringLiteral("lists_main_window.png"));
     ASSERT_TRUE(testkit::saveScreenshot(*main, mainPath));
     EXPECT_TRUE(QFileInfo(mainPath).size() > 0);
+    const auto pictures = [](const tessaly::Dialog& window) {
+        std::vector<int> commands;
+        for (const QAction* action : window.commandBar()->actions())
+            if (!action->icon().isNull())
+                commands.push_back(action->data().toInt());
+        return commands;
+    };
+    EXPECT_EQ(pictures(*main), std::vector<int>{IDM_MAIN_NEW}) << "New as its picture";
 
-    user.runModal([](tessaly::Dialog& view) {
+    user.runModal([&](tessaly::Dialog& view) {
+        EXPECT_EQ(pictures(view), std::vector<int>{IDM_VIEW_INBOX_NEW});
         testkit::click(view, IDC_VIEW_DOWN);
         EXPECT_TRUE(testkit::saveScreenshot(
             view, testkit::testOutputPath(QStringLiteral("lists_message_view.png"))));
