@@ -9,6 +9,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QPushButton>
 #include <QScreen>
 #include <QStyle>
@@ -147,6 +148,15 @@ QString PhoneMessageBox::text() const {
 void PhoneMessageBox::finish(int result) {
     result_ = result;
     done(QDialog::Accepted);
+}
+
+// A frame of its own: on the phone no window manager draws one, and a box without it melts
+// into the list beneath.
+void PhoneMessageBox::paintEvent(QPaintEvent* event) {
+    QDialog::paintEvent(event);
+    QPainter painter(this);
+    painter.setPen(QPen(QColor(0x10, 0x3e, 0x8c), 2));
+    painter.drawRect(rect().adjusted(1, 1, -1, -1));
 }
 
 void PhoneMessageBox::placeOverOwner() {

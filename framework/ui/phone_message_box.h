@@ -35,6 +35,9 @@ public:
 
     QString text() const;
 
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
 private:
     void placeOverOwner();
 
