@@ -191,8 +191,9 @@ bool CommandBar::addButtons(int bitmapId, const std::vector<CommandButton>& butt
             continue;
         const QIcon picture(strip.copy(button.image * side, 0, side, side));
         const std::vector<QAction*> entries = findActions(button.command);
-        const auto topLevel = std::find_if(entries.begin(), entries.end(),
-                                           [this](QAction* a) { return actions().contains(a); });
+        const auto topLevel = std::find_if(entries.begin(), entries.end(), [this](QAction* entry) {
+            return actions().contains(entry);
+        });
         if (topLevel != entries.end()) {
             (*topLevel)->setIcon(picture);
             (*topLevel)->setToolTip((*topLevel)->text());
