@@ -12,6 +12,7 @@
 #include "framework/ui/modeless.h"
 #include "framework/ui/shell.h"
 #include "gsm/gsm.h"
+#include "resources/command_bar_images.h"
 #include "resources/resource.h"
 #include "settings/sms_settings.h"
 #include "settings/validity_choices.h"
@@ -120,7 +121,11 @@ bool ComposerWindow::onInitDialog() {
     for (int id : {IDC_COMPOSE_RECIPIENTS, IDC_COMPOSE_COUNTER})
         if (StaticLabel* label = staticLabel(id))
             label->setBackgroundColor(kStatusBackground);
-    if (!createCommandBar(IDR_MENU_EDIT))
+    if (CommandBar* bar = createCommandBar(IDR_MENU_EDIT))
+        bar->addButtons(IDB_COMMAND_BAR, {{IDM_EDIT_CUT, kImageCut},
+                                          {IDM_EDIT_COPY, kImageCopy},
+                                          {IDM_EDIT_PASTE, kImagePaste}});
+    else
         postMessage(WM_CLOSE);
 
     filteringTo_ = true;

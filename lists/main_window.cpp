@@ -16,6 +16,7 @@
 #include "lists/message_view.h"
 #include "lists/search_window.h"
 #include "lists/status_images.h"
+#include "resources/command_bar_images.h"
 #include "resources/resource.h"
 #include "settings/sms_settings.h"
 #include "util/date_time_text.h"
@@ -93,8 +94,10 @@ bool MainSmsWindow::ascending() const {
 
 bool MainSmsWindow::onInitDialog() {
     createCommandBar(IDR_MENU_MAIN);
-    if (CommandBar* bar = commandBar())
+    if (CommandBar* bar = commandBar()) {
         bar->enableItem(IDM_MAIN_OPTIONS, environment_.hasOptionsSheet());
+        bar->addButtons(IDB_COMMAND_BAR, {{IDM_MAIN_NEW, kImageNew}});
+    }
     for (int id : {IDC_MAIN_FOLDER, IDC_MAIN_SORT}) {
         if (StaticLabel* label = staticLabel(id)) {
             label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);

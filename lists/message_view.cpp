@@ -6,6 +6,7 @@
 #include "lists/main_window.h"
 #include "lists/message_commands.h"
 #include "lists/status_images.h"
+#include "resources/command_bar_images.h"
 #include "resources/resource.h"
 
 namespace tessaly::sms {
@@ -58,7 +59,10 @@ MessageView::MessageView(long messageId, int folder, Dialog* parent)
 }
 
 bool MessageView::onInitDialog() {
-    createCommandBar(folder_ == kOutboxFolder ? IDR_MENU_VIEW_OUTBOX : IDR_MENU_VIEW_INBOX);
+    const bool outbox = folder_ == kOutboxFolder;
+    if (CommandBar* bar = createCommandBar(outbox ? IDR_MENU_VIEW_OUTBOX : IDR_MENU_VIEW_INBOX))
+        bar->addButtons(IDB_COMMAND_BAR,
+                        {{outbox ? IDM_VIEW_OUTBOX_NEW : IDM_VIEW_INBOX_NEW, kImageNew}});
     if (QWidget* title = item(IDC_VIEW_TITLE))
         title->setFont(titleFont_);
     if (message_)

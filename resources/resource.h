@@ -47,6 +47,9 @@
 #define IDD_ADD_CHANNEL 12044
 #define IDD_CB_MESSAGE_VIEW 12045
 
+// ---- Bitmaps -----------------------------------------------------------------------------------
+#define IDB_COMMAND_BAR 10008 // the command bars' button pictures (command_bar_images.h)
+
 // ---- Controls ----------------------------------------------------------------------------------
 // "DateTime Picker" (IDD_DATETIME_PICKER)
 #define IDC_DATETIME_DATE 10002  // date picker, shown for every variable but Time

@@ -3,7 +3,9 @@
 
 #include "framework/resources/resource_parser.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStringList>
 
 #include <cstdio>
@@ -35,6 +37,16 @@ int main(int argc, char** argv) {
         if (!result.ok()) {
             std::fprintf(stderr, "%s\n", qPrintable(result.error->toString()));
             ++failures;
+            continue;
+        }
+        // A picture the script names but the tree lacks would show as nothing at run time.
+        for (const auto& [key, file] : result.script.files) {
+            if (!QFileInfo::exists(QDir(result.script.folder).filePath(file.fileName))) {
+                std::fprintf(stderr, "%s: %s %d names %s, which does not exist\n",
+                             qPrintable(QFileInfo(script).fileName()), qPrintable(file.type),
+                             file.id, qPrintable(file.fileName));
+                ++failures;
+            }
         }
     }
     if (failures == 0 && !stamp.isEmpty()) {

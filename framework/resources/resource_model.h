@@ -84,6 +84,7 @@ struct ResourceScript {
     std::map<int, MenuTemplate> menus;
     std::map<QString, int> symbols;                        // #define NAME value seen while parsing
     std::map<std::pair<QString, int>, FileResource> files; // keyed by (upper-case type, id)
+    QString folder; // where the files it names are read from; empty for a script from text
 
     // The text of a string-table entry, empty when there is none.
     QString string(int id) const {

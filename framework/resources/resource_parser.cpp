@@ -1098,7 +1098,10 @@ ResourceParseResult parseResourceFile(const QString& path, const QStringList& in
     }
     QStringList directories{QFileInfo(path).absolutePath()};
     directories += includeDirectories;
-    return parseResourceScript(*text, displayName, includeSearchPath(directories));
+    ResourceParseResult result =
+        parseResourceScript(*text, displayName, includeSearchPath(directories));
+    result.script.folder = directories.front();
+    return result;
 }
 
 } // namespace tessaly

@@ -2,6 +2,8 @@
 
 #include "framework/resources/module_state.h"
 
+#include <QDir>
+
 namespace tessaly {
 
 const ResourceScript* currentResources() {
@@ -33,6 +35,16 @@ const MenuTemplate* findMenuTemplate(int id) {
         return nullptr;
     const auto found = resources->menus.find(id);
     return found == resources->menus.end() ? nullptr : &found->second;
+}
+
+QString findFileResource(const QString& type, int id) {
+    const ResourceScript* resources = currentResources();
+    if (!resources)
+        return {};
+    const auto found = resources->files.find({type.toUpper(), id});
+    if (found == resources->files.end())
+        return {};
+    return QDir(resources->folder).filePath(found->second.fileName);
 }
 
 } // namespace tessaly

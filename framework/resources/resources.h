@@ -17,5 +17,8 @@ void setCurrentResources(const ResourceScript* resources);
 QString loadString(int id);
 const DialogTemplate* findDialogTemplate(int id);
 const MenuTemplate* findMenuTemplate(int id);
+// The path of a file resource (`10008 BITMAP "buttons.png"`) of the current resources, beside
+// their script; empty when there is none.
+QString findFileResource(const QString& type, int id);
 
 } // namespace tessaly

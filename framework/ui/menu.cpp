@@ -6,7 +6,11 @@
 #include "framework/ui/useragent.h"
 
 #include <QEvent>
+#include <QIcon>
 #include <QMenu>
+#include <QPixmap>
+
+#include <algorithm>
 
 namespace tessaly {
 
@@ -145,29 +149,61 @@ void CommandBar::clearMenu() {
     target_ = nullptr;
 }
 
-QAction* CommandBar::findAction(int id) const {
+std::vector<QAction*> CommandBar::findActions(int id) const {
+    std::vector<QAction*> found;
     if (id == 0)
-        return nullptr;
+        return found;
     for (QAction* action : findChildren<QAction*>())
         if (action->data().toInt() == id && !action->menu())
-            return action;
-    return nullptr;
+            found.push_back(action);
+    return found;
 }
 
+QAction* CommandBar::findAction(int id) const {
+    const std::vector<QAction*> found = findActions(id);
+    return found.empty() ? nullptr : found.front();
+}
+
+// A command's entry in a popup and its picture button are one command: both change together.
 bool CommandBar::checkItem(int id, bool checked) {
-    QAction* action = findAction(id);
-    if (!action)
-        return false;
-    action->setCheckable(checked || action->isCheckable());
-    action->setChecked(checked);
-    return true;
+    const std::vector<QAction*> found = findActions(id);
+    for (QAction* action : found) {
+        action->setCheckable(checked || action->isCheckable());
+        action->setChecked(checked);
+    }
+    return !found.empty();
 }
 
 bool CommandBar::enableItem(int id, bool enabled) {
-    QAction* action = findAction(id);
-    if (!action)
+    const std::vector<QAction*> found = findActions(id);
+    for (QAction* action : found)
+        action->setEnabled(enabled);
+    return !found.empty();
+}
+
+bool CommandBar::addButtons(int bitmapId, const std::vector<CommandButton>& buttons) {
+    const QPixmap strip(findFileResource(QStringLiteral("BITMAP"), bitmapId));
+    if (strip.isNull())
         return false;
-    action->setEnabled(enabled);
+    const int side = strip.height();
+    for (const CommandButton& button : buttons) {
+        if (button.image < 0 || (button.image + 1) * side > strip.width())
+            continue;
+        const QIcon picture(strip.copy(button.image * side, 0, side, side));
+        const std::vector<QAction*> entries = findActions(button.command);
+        const auto topLevel = std::find_if(entries.begin(), entries.end(), [this](QAction* entry) {
+            return actions().contains(entry);
+        });
+        if (topLevel != entries.end()) {
+            (*topLevel)->setIcon(picture);
+            (*topLevel)->setToolTip((*topLevel)->text());
+            continue;
+        }
+        QAction* action = addAction(picture, entries.empty() ? QString() : entries.front()->text());
+        action->setData(button.command);
+        action->setToolTip(action->text());
+        action->setEnabled(entries.empty() || entries.front()->isEnabled());
+    }
     return true;
 }
 

@@ -10,6 +10,7 @@
 #include <QPoint>
 
 #include <optional>
+#include <vector>
 
 class QWidget;
 
@@ -47,6 +48,13 @@ private:
     MenuItem root_;
 };
 
+// A picture button of a command bar: the command it gives and the picture's place in the bar's
+// bitmap strip.
+struct CommandButton {
+    int command = 0;
+    int image = 0;
+};
+
 // The bar at the bottom of a full-screen window. Each top-level popup of its menu is a button
 // that opens the popup; a top-level command is a button of its own. Chosen commands reach the
 // target window's onCommand.
@@ -66,6 +74,12 @@ public:
     // The entry with the command id, as the person would tap it; false when there is none or
     // it is disabled.
     bool trigger(int id);
+    // Picture buttons from a bitmap resource: a strip of square pictures, as wide as high. A
+    // top-level command of the menu with a button's command shows the picture instead of its
+    // text; any other button is added after the menu, named after the command's entry in the
+    // menu (shown as its tip). False, and the bar unchanged, when the bitmap cannot be read.
+    // Buttons go with the menu when setMenu puts another one in.
+    bool addButtons(int bitmapId, const std::vector<CommandButton>& buttons);
     // The entries in order, as shown (top level with their popups).
     std::vector<MenuItem> items() const;
 
@@ -74,6 +88,7 @@ protected:
 
 private:
     QAction* findAction(int id) const;
+    std::vector<QAction*> findActions(int id) const;
 
     int menuId_ = 0;
     Dialog* target_ = nullptr;

@@ -8,6 +8,8 @@
 #include <QElapsedTimer>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
 #include <QPushButton>
 #include <QScreen>
 #include <QStyle>
@@ -56,12 +58,14 @@ std::vector<BoxButton> buttonsFromFlags(UINT flags) {
     }
 }
 
-// Drops the clicks that follow a box's closing on every window but another box, for the
-// double-click time; then it goes.
+// Drops the clicks that follow a box's closing where the box stood, for the double-click time
+// (a second tap meant for the box lands on what was beneath it); then it goes. Clicks elsewhere,
+// on the simulator panel beside the phone for one, pass.
 class ClickAfterBoxFilter final : public QObject {
 public:
-    ClickAfterBoxFilter()
-        : QObject(qApp) {
+    explicit ClickAfterBoxFilter(QRect boxArea)
+        : QObject(qApp)
+        , boxArea_(boxArea) {
         since_.start();
         qApp->installEventFilter(this);
         QTimer::singleShot(QApplication::doubleClickInterval(), this, &QObject::deleteLater);
@@ -76,12 +80,16 @@ public:
             deleteLater();
             return false;
         }
+        const auto* mouse = static_cast<QMouseEvent*>(event);
+        if (!boxArea_.contains(mouse->globalPosition().toPoint()))
+            return false;
         // A box shown meanwhile takes its clicks.
         auto* widget = qobject_cast<QWidget*>(watched);
         return widget && !qobject_cast<PhoneMessageBox*>(widget->window());
     }
 
 private:
+    QRect boxArea_;
     QElapsedTimer since_;
 };
 
@@ -142,6 +150,15 @@ void PhoneMessageBox::finish(int result) {
     done(QDialog::Accepted);
 }
 
+// A frame of its own: on the phone no window manager draws one, and a box without it melts
+// into the list beneath.
+void PhoneMessageBox::paintEvent(QPaintEvent* event) {
+    QDialog::paintEvent(event);
+    QPainter painter(this);
+    painter.setPen(QPen(QColor(0x10, 0x3e, 0x8c), 2));
+    painter.drawRect(rect().adjusted(1, 1, -1, -1));
+}
+
 void PhoneMessageBox::placeOverOwner() {
     adjustSize();
     const QWidget* phone = owner_ ? owner_->window() : nullptr;
@@ -155,8 +172,8 @@ void PhoneMessageBox::placeOverOwner() {
 
 int PhoneMessageBox::run() {
     placeOverOwner();
-    exec();
-    new ClickAfterBoxFilter;
+    runOverOwner(*this);
+    new ClickAfterBoxFilter(frameGeometry());
     if (result_ != 0)
         return result_;
     const bool hasCancel = std::find(results_.begin(), results_.end(), IDCANCEL) != results_.end();

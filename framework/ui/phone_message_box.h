@@ -4,9 +4,12 @@
 // to it, the buttons inside it), centred on the phone window it belongs to. Results are the
 // platform's IDOK, IDCANCEL, IDYES and IDNO.
 //
-// A click that closes a box ends there: for the double-click time after, further clicks on
-// other windows are dropped, so a second tap meant for the box does not open what lies
-// beneath it.
+// A click that closes a box ends there: for the double-click time after, further clicks where
+// the box stood are dropped, so a second tap meant for the box does not open what lay beneath
+// it.
+//
+// A box holds only the window it came up over (runOverOwner): the simulator panel and the
+// phone's other windows still take clicks.
 
 #include "framework/win32types.h"
 
@@ -31,6 +34,9 @@ public:
     void finish(int result);
 
     QString text() const;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     void placeOverOwner();

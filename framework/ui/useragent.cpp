@@ -69,7 +69,7 @@ public:
         if (!dialog.hasEnded()) {
             auto* window = qobject_cast<QDialog*>(dialog.window());
             if (window)
-                window->exec();
+                runOverOwner(*window);
         }
         if (alive.expired())
             return IDCANCEL;
@@ -78,9 +78,14 @@ public:
 
     QString chooseFile(QWidget* owner, const QString& caption, FileChoice kind,
                        const QString& filter) override {
-        return kind == FileChoice::Open
-                   ? QFileDialog::getOpenFileName(owner, caption, QString(), filter)
-                   : QFileDialog::getSaveFileName(owner, caption, QString(), filter);
+        QFileDialog chooser(owner, caption, QString(), filter);
+        chooser.setAcceptMode(kind == FileChoice::Open ? QFileDialog::AcceptOpen
+                                                       : QFileDialog::AcceptSave);
+        chooser.setFileMode(kind == FileChoice::Open ? QFileDialog::ExistingFile
+                                                     : QFileDialog::AnyFile);
+        if (runOverOwner(chooser) != QDialog::Accepted || chooser.selectedFiles().isEmpty())
+            return {};
+        return chooser.selectedFiles().constFirst();
     }
 
     ContactPickerChoice pickContact(QWidget* owner, const QString& title,
@@ -107,7 +112,7 @@ public:
         QObject::connect(buttons, &QDialogButtonBox::accepted, &picker, &QDialog::accept);
         QObject::connect(buttons, &QDialogButtonBox::rejected, &picker, &QDialog::reject);
         QObject::connect(list, &QListWidget::itemDoubleClicked, &picker, &QDialog::accept);
-        if (picker.exec() != QDialog::Accepted || !list->currentItem())
+        if (runOverOwner(picker) != QDialog::Accepted || !list->currentItem())
             return {};
         return {list->currentItem()->data(Qt::UserRole).toInt(),
                 list->currentItem()->data(Qt::UserRole + 1).toInt()};
@@ -124,6 +129,11 @@ private:
 UserAgent* installedAgent = nullptr;
 
 } // namespace
+
+int runOverOwner(QDialog& dialog) {
+    dialog.setWindowModality(Qt::WindowModal);
+    return dialog.exec();
+}
 
 UserAgent& UserAgent::current() {
     static QtUserAgent qtAgent;

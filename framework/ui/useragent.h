@@ -13,6 +13,7 @@
 
 #include <vector>
 
+class QDialog;
 class QWidget;
 
 // Message box buttons, icons and answers, with their platform values.
@@ -88,5 +89,10 @@ public:
     // Installs an agent (not owned); nullptr restores the Qt one.
     static void install(UserAgent* agent);
 };
+
+// Runs a Qt dialog modally over its owner's window only, as the platform's modal loops disable
+// just their owner: other windows (other phone windows, the simulator panel beside the phone)
+// still take clicks and keys. Returns the dialog's result.
+int runOverOwner(QDialog& dialog);
 
 } // namespace tessaly

@@ -88,6 +88,8 @@ TEST_F(ModuleComposers, ReplyFromTheMessageViewGivesAComposerThatWorks) {
     ASSERT_EQ(moduleContext().composers.size(), 1u);
     tessaly::Dialog* composer = moduleContext().composers.front();
     ASSERT_TRUE(tessaly::testkit::type(*composer, IDC_COMPOSE_TEXT, QStringLiteral("Yes, at one")));
+    EXPECT_TRUE(tessaly::testkit::saveScreenshot(
+        *composer, tessaly::testkit::testOutputPath(QStringLiteral("fit_2_after.png"))));
     ASSERT_TRUE(tessaly::testkit::click(*composer, IDC_COMPOSE_SEND));
     settle();
     EXPECT_TRUE(moduleContext().composers.empty()) << "SEND closed the composer";

@@ -7,6 +7,7 @@
 #include "framework/ui/menu.h"
 #include "framework/ui/screen.h"
 
+#include <QAction>
 #include <QDir>
 #include <QFileInfo>
 #include <QMenu>
@@ -32,6 +33,11 @@ TEST_F(ComposerPictures, NewMessageDetailsAndFavourites) {
     ASSERT_TRUE(testkit::type(*composer, IDC_COMPOSE_TO, QStringLiteral("0160 111, 0170 555 12")));
     ASSERT_TRUE(testkit::type(*composer, IDC_COMPOSE_TEXT, QStringLiteral("see you at 8")));
     EXPECT_TRUE(testkit::saveScreenshot(*composer, testkit::testOutputPath("compose_new.png")));
+    std::vector<int> pictures; // the Edit commands as picture buttons beside the Edit menu
+    for (const QAction* action : composer->commandBar()->actions())
+        if (!action->icon().isNull())
+            pictures.push_back(action->data().toInt());
+    EXPECT_EQ(pictures, (std::vector<int>{IDM_EDIT_CUT, IDM_EDIT_COPY, IDM_EDIT_PASTE}));
 
     // Emoji come from the input panel as whole characters, not key by key.
     composer->setItemText(IDC_COMPOSE_TEXT, QStringLiteral("🍕🇮🇹 or 🍣🇯🇵? 😀"));
