@@ -239,6 +239,15 @@ Edit::Edit(bool multiLine, QWidget* parent)
     setFocusProxy(inner);
 }
 
+void Edit::setScrollBars(bool vertical, bool horizontal) {
+    if (!plain_)
+        return;
+    plain_->setVerticalScrollBarPolicy(vertical ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
+    plain_->setHorizontalScrollBarPolicy(horizontal ? Qt::ScrollBarAsNeeded
+                                                    : Qt::ScrollBarAlwaysOff);
+    plain_->setLineWrapMode(horizontal ? QPlainTextEdit::NoWrap : QPlainTextEdit::WidgetWidth);
+}
+
 QWidget* Edit::editor() const {
     return plain_ ? static_cast<QWidget*>(plain_) : line_;
 }

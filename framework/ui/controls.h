@@ -197,6 +197,9 @@ public:
     void setLimitText(int maxChars);
     void setPassword(bool password);
     void setTextAlignment(Qt::Alignment alignment);
+    // A multi-line field shows a scroll bar only where its style asks for one; its lines wrap
+    // at the width unless it scrolls sideways.
+    void setScrollBars(bool vertical, bool horizontal);
 
     QWidget* editor() const;
 

@@ -438,6 +438,9 @@ QWidget* Dialog::createControl(const ControlTemplate& control) {
         field->setReadOnly(hasStyle(control, "ES_READONLY"));
         field->setDigitsOnly(hasStyle(control, "ES_NUMBER"));
         field->setPassword(hasStyle(control, "ES_PASSWORD"));
+        field->setScrollBars(hasStyle(control, "WS_VSCROLL"),
+                             hasStyle(control, "WS_HSCROLL") ||
+                                 hasStyle(control, "ES_AUTOHSCROLL"));
         if (hasStyle(control, "ES_RIGHT"))
             field->setTextAlignment(Qt::AlignRight);
         else if (hasStyle(control, "ES_CENTER"))

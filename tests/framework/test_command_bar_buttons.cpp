@@ -119,9 +119,11 @@ TEST_F(CommandBarButtons, PicturesFromTheStripOnCommandsAndButtons) {
 
     // The button and the popup's entry are one command.
     ASSERT_TRUE(bar->enableItem(kCut, false));
-    for (QAction* action : bar->findChildren<QAction*>())
-        if (action->data().toInt() == kCut)
+    for (QAction* action : bar->findChildren<QAction*>()) {
+        if (action->data().toInt() == kCut) {
             EXPECT_FALSE(action->isEnabled());
+        }
+    }
     ASSERT_TRUE(bar->enableItem(kCut, true));
     emit bar->triggered(topLevel(*bar, kCut));
     EXPECT_EQ(window.entries("command"), std::vector<std::string>{"command 2"});
