@@ -6,6 +6,7 @@
 #include "framework/resources/resources.h"
 #include "framework/ui/useragent.h"
 #include "gsm/message.h"
+#include "gsm/sms.h"
 #include "resources/resource.h"
 #include "templates/edit_value_menu.h"
 #include "util/wide_text.h"
@@ -16,6 +17,23 @@ namespace {
 
 // A failing make() is tried again at once; a store that keeps refusing ends the loop here.
 constexpr int kMakeAttempts = 3;
+
+// The copies for every recipient reach the library together: a crash while they are handed
+// over leaves all of them or none, never a part the person cannot tell from the rest.
+class HandOver {
+public:
+    HandOver()
+        : open_(GSM::sms.beginHandOver().isOk()) {}
+    ~HandOver() {
+        if (open_)
+            GSM::sms.endHandOver();
+    }
+    HandOver(const HandOver&) = delete;
+    HandOver& operator=(const HandOver&) = delete;
+
+private:
+    bool open_;
+};
 
 } // namespace
 
@@ -89,6 +107,7 @@ bool MessageSubmitter::submitMessage(bool askSender, bool updateFavourites) {
 }
 
 bool MessageSubmitter::submitPerRecipient() {
+    const HandOver handOver;
     GSM::Message* const first = current_;
     GSM::Folder* all = first ? first->getContacts() : nullptr;
     if (!all)

@@ -50,6 +50,9 @@ public:
     virtual bool useSameServiceCentre() const = 0;
     // The sender (Inbox) or the recipients (Outbox).
     virtual Folder* getContacts() = 0;
+    // Whether the radio reached the recipient at this position of getContacts(); false for
+    // one not reached yet, one it failed to reach, and any message never sent.
+    virtual bool wasSentTo(int position) const = 0;
 
     virtual Result setText(const WCHAR* text) = 0;
     virtual Result setServiceCentre(const WCHAR* number) = 0;

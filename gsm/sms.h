@@ -24,6 +24,10 @@ public:
     virtual Result replyMessage(long id) = 0;
     // A new message of status Forwarded carrying the original's text, handed to editMessage.
     virtual Result forwardMessage(long id) = 0;
+    // Holds back what endEdit(false) hands over until endHandOver, which stores and queues all
+    // of it in one go: a failure or a crash in between leaves none of it. Not nested.
+    virtual Result beginHandOver() = 0;
+    virtual Result endHandOver() = 0;
     // Queues every Outbox message whose status is SendNow.
     virtual Result sendPending() = 0;
     // Moves the SIM's messages into the Inbox; progress and end reach the host.

@@ -133,6 +133,20 @@ QString labelText(int wordId) {
     return loadString(wordId) + loadString(IDS_COLON);
 }
 
+QString notSentText(const GSM::Message& message, const GSM::Folder* contacts) {
+    if (!contacts || message.getStatus() != GSM::Message::Failed || contacts->size() < 2)
+        return {};
+    QStringList names;
+    for (int position = 0; position < contacts->size(); ++position) {
+        const GSM::Contact* contact = contacts->get(position);
+        if (!contact || message.wasSentTo(position))
+            continue;
+        const QString name = contactName(contact);
+        names.append(name.isEmpty() ? contactNumber(contact) : name);
+    }
+    return names.join(QStringLiteral(", "));
+}
+
 QString sizeWarningText(int folder) {
     QString text = loadString(IDS_FOLDER_TOO_LARGE);
     if (folder == kOutboxFolder)

@@ -50,6 +50,9 @@ int sortKeyNameId(int sortKey);
 
 // A label word with its colon: "Date:".
 QString labelText(int wordId);
+// A failed message to several recipients: those it did not reach, by name or number, one
+// after the other. Empty for any other message.
+QString notSentText(const GSM::Message& message, const GSM::Folder* contacts);
 // The warning for a folder of more than 1,000 messages, naming the Outbox for folder 1.
 QString sizeWarningText(int folder);
 

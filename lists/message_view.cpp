@@ -9,6 +9,9 @@
 #include "resources/command_bar_images.h"
 #include "resources/resource.h"
 
+#include <QFontMetrics>
+#include <QStyle>
+
 namespace tessaly::sms {
 
 namespace {
@@ -54,8 +57,10 @@ MessageView::MessageView(long messageId, int folder, Dialog* parent)
     hasName_ = !name_.isEmpty();
     replyPath_ = message_->useSameServiceCentre();
     dateText_ = fromWide(message_->getDate());
-    if (folder_ == kOutboxFolder)
+    if (folder_ == kOutboxFolder) {
         recipients_ = recipientsText(contacts);
+        notSent_ = notSentText(*message_, contacts);
+    }
 }
 
 bool MessageView::onInitDialog() {
@@ -85,6 +90,8 @@ void MessageView::fillFields() {
     setItemText(IDC_VIEW_NUMBER, number_);
     setItemText(IDC_VIEW_RECIPIENTS, recipients_.text);
     setItemText(IDC_VIEW_DATE, dateText_);
+    setItemText(IDC_VIEW_NOT_SENT_LABEL, labelText(IDS_NOT_SENT));
+    setItemText(IDC_VIEW_NOT_SENT, notSent_);
     setItemText(IDC_VIEW_STATUS, loadString(statusTextId(status_)));
     if (outbox)
         setItemText(IDC_VIEW_VALIDITY, loadString(validityTextId(validity_)));
@@ -134,7 +141,12 @@ void MessageView::layoutControls() {
     showItem(IDC_VIEW_NUMBER, !outbox);
     moveItem(IDC_VIEW_FROM_LABEL, QRect(kMargin, y, kValueX - kMargin, lineHeight));
     if (outbox && message_) {
-        const int lines = std::clamp(int(recipients_.text.count(u'\n')) + 1, 1, 3);
+        // The field's frame and scroll bar take their share of the width.
+        const QWidget* field = item(IDC_VIEW_RECIPIENTS);
+        const int textWidth =
+            valueWidth - 8 - (field ? field->style()->pixelMetric(QStyle::PM_ScrollBarExtent) : 0);
+        const int lines =
+            std::min(wrappedLines(IDC_VIEW_RECIPIENTS, recipients_.text, textWidth), 3);
         const int height = lines * lineHeight + 6;
         moveItem(IDC_VIEW_RECIPIENTS, QRect(kValueX, y - 2, valueWidth, height));
         y += height;
@@ -146,8 +158,20 @@ void MessageView::layoutControls() {
             y += lineHeight;
         }
     }
-    const int lines[][2] = {{IDC_VIEW_DATE_LABEL, IDC_VIEW_DATE},
-                            {IDC_VIEW_STATUS_LABEL, IDC_VIEW_STATUS},
+    moveItem(IDC_VIEW_DATE_LABEL, QRect(kMargin, y, kValueX - kMargin, lineHeight));
+    moveItem(IDC_VIEW_DATE, QRect(kValueX, y, valueWidth, lineHeight));
+    y += lineHeight;
+    // Whom a failed message did not reach stays in sight, details shown or not.
+    showItem(IDC_VIEW_NOT_SENT_LABEL, !notSent_.isEmpty());
+    showItem(IDC_VIEW_NOT_SENT, !notSent_.isEmpty());
+    if (!notSent_.isEmpty()) {
+        const int height =
+            std::min(wrappedLines(IDC_VIEW_NOT_SENT, notSent_, valueWidth), 3) * lineHeight;
+        moveItem(IDC_VIEW_NOT_SENT_LABEL, QRect(kMargin, y, kValueX - kMargin, lineHeight));
+        moveItem(IDC_VIEW_NOT_SENT, QRect(kValueX, y, valueWidth, height));
+        y += height;
+    }
+    const int lines[][2] = {{IDC_VIEW_STATUS_LABEL, IDC_VIEW_STATUS},
                             {IDC_VIEW_VALIDITY_LABEL, IDC_VIEW_VALIDITY},
                             {IDC_VIEW_SCA_LABEL, IDC_VIEW_SCA},
                             {IDC_VIEW_REPLY_LABEL, IDC_VIEW_REPLY}};
@@ -161,6 +185,15 @@ void MessageView::layoutControls() {
     y += 4;
     moveItem(IDC_VIEW_TEXT,
              QRect(kMargin, y, client.width() - 2 * kMargin, client.height() - y - kMargin));
+}
+
+int MessageView::wrappedLines(int id, const QString& text, int width) const {
+    const QWidget* value = item(id);
+    if (!value || width <= 0)
+        return 1;
+    const QFontMetrics metrics = value->fontMetrics();
+    const QRect needed = metrics.boundingRect(QRect(0, 0, width, 100000), Qt::TextWordWrap, text);
+    return std::max(1, (needed.height() + metrics.height() - 1) / metrics.height());
 }
 
 bool MessageView::onDrawItem(int id, QPainter& painter, const DrawItemState& state) {

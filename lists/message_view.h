@@ -6,8 +6,8 @@
 // wasDeleted() afterwards, so that a message deleted here is not marked read.
 
 #include "framework/ui/dialog.h"
-#include "lists/message_texts.h"
 #include "gsm/gsm.h"
+#include "lists/message_texts.h"
 
 #include <QFont>
 
@@ -32,6 +32,8 @@ private:
     void fillFields();
     void showDetails(bool show);
     void layoutControls();
+    // Lines the text takes in the item at this width, wrapped at words.
+    int wrappedLines(int id, const QString& text, int width) const;
     void deleteMessage();
 
     long messageId_;
@@ -48,6 +50,7 @@ private:
     bool replyPath_ = false;
     QString dateText_;
     RecipientsText recipients_;
+    QString notSent_;
     QFont titleFont_;
 };
 

@@ -56,14 +56,14 @@
 #define IDC_DATETIME_TIME 10003  // time picker, hidden until the variable is Time
 #define IDC_DATETIME_GROUP 12003 // group box "Choose Date" around both pickers
 // Main window (IDD_MAIN), message view (IDD_MESSAGE_VIEW), Delete Messages (IDD_DELETE_MESSAGES)
-#define IDC_MAIN_LIST 10032          // Inbox and Outbox list
-#define IDC_MAIN_FOLDER 10015        // folder label (tap: folder menu)
-#define IDC_MAIN_SORT 10059          // sort label (tap: sort menu)
-#define IDC_MAIN_CB_LIST 10033       // cell broadcast list
-#define IDC_MAIN_TICKER 12066        // ticker line
+#define IDC_MAIN_LIST 10032    // Inbox and Outbox list
+#define IDC_MAIN_FOLDER 10015  // folder label (tap: folder menu)
+#define IDC_MAIN_SORT 10059    // sort label (tap: sort menu)
+#define IDC_MAIN_CB_LIST 10033 // cell broadcast list
+#define IDC_MAIN_TICKER 12066  // ticker line
 #define IDC_VIEW_TITLE 10062
-#define IDC_VIEW_DOWN 10005          // shows the detail lines
-#define IDC_VIEW_UP 10082            // hides them
+#define IDC_VIEW_DOWN 10005 // shows the detail lines
+#define IDC_VIEW_UP 10082   // hides them
 #define IDC_VIEW_TEXT 10008
 #define IDC_VIEW_FROM_LABEL 12011
 #define IDC_VIEW_NAME 12023
@@ -79,6 +79,8 @@
 #define IDC_VIEW_SCA 12028
 #define IDC_VIEW_REPLY 12029
 #define IDC_VIEW_RECIPIENTS 12030
+#define IDC_VIEW_NOT_SENT_LABEL 12186 // a failed message: the recipients it did not reach
+#define IDC_VIEW_NOT_SENT 12187
 #define IDC_DELETE_ALL 10048
 #define IDC_DELETE_OLDER 10049
 #define IDC_DELETE_DAYS 10013
@@ -115,20 +117,20 @@
 #define IDC_SC_EDIT_NAME 10011
 #define IDC_SC_EDIT_NUMBER 10012
 // Cell Broadcast options page (IDD_PAGE_CELL_BROADCAST)
-#define IDC_CB_TICKER_SCROLLS 12044   // check box "Message ticker scrolls"
+#define IDC_CB_TICKER_SCROLLS 12044 // check box "Message ticker scrolls"
 #define IDC_CB_HORIZONTALLY 12045
 #define IDC_CB_VERTICALLY 12046
-#define IDC_CB_SHOW_DIALOG 12047      // check box "Show dialog for"
+#define IDC_CB_SHOW_DIALOG 12047 // check box "Show dialog for"
 #define IDC_CB_CHANGED_MESSAGES 12048
 #define IDC_CB_EVERY_MESSAGE 12049
-#define IDC_CB_CHANNELS 12050         // list box, sorted as text
-#define IDC_CB_LANGUAGES 12051        // list box, several selected, item data = language code
+#define IDC_CB_CHANNELS 12050  // list box, sorted as text
+#define IDC_CB_LANGUAGES 12051 // list box, several selected, item data = language code
 #define IDC_CB_CHANNELS_LABEL 12052
 #define IDC_CB_LANGUAGES_LABEL 12053
-#define IDC_CB_STATUS 12057           // waiting and error texts, in place of the lists
+#define IDC_CB_STATUS 12057 // waiting and error texts, in place of the lists
 // Add-channel dialog (IDD_ADD_CHANNEL)
 #define IDC_ADD_CHANNEL_LABEL 12054
-#define IDC_ADD_CHANNEL_NUMBER 12055  // digits only
+#define IDC_ADD_CHANNEL_NUMBER 12055 // digits only
 #define IDC_ADD_CHANNEL_CAPTION 12056
 // Cell broadcast message view (IDD_CB_MESSAGE_VIEW)
 #define IDC_CBVIEW_CHANNEL 12058
@@ -140,22 +142,22 @@
 #define IDC_CBVIEW_TEXT 12064
 #define IDC_CBVIEW_CAPTION 12065
 // Composer "New Message" (IDD_COMPOSER)
-#define IDC_COMPOSE_SEND 10054             // SEND
-#define IDC_COMPOSE_TO_LABEL 10038         // "To:"
-#define IDC_COMPOSE_TO 10010               // recipients, numbers separated by commas
-#define IDC_COMPOSE_TEMPLATE_LABEL 10078   // "Tmpl:"
-#define IDC_COMPOSE_TEMPLATES 10075        // "Insert Template" and the stored templates
-#define IDC_COMPOSE_DOWN 10005             // shows the details rows
-#define IDC_COMPOSE_SCA_LABEL 10069        // details row "SCA:"
-#define IDC_COMPOSE_SCA 10052              // details row: service centre number
-#define IDC_COMPOSE_VALIDITY_LABEL 10073   // details row "Validity:"
-#define IDC_COMPOSE_VALIDITY 10083         // details row: validity periods
-#define IDC_COMPOSE_SAME_SCA 10053         // details row "Use same SCA for reply"
-#define IDC_COMPOSE_UP 10082               // hides the details rows
-#define IDC_COMPOSE_TEXT 10058             // the message text
-#define IDC_COMPOSE_RECP 10006             // favourites menu
-#define IDC_COMPOSE_RECIPIENTS 12039       // "3 Recipients", blank for 0 and 1
-#define IDC_COMPOSE_COUNTER 12040          // "12 characters, 1 message"
+#define IDC_COMPOSE_SEND 10054           // SEND
+#define IDC_COMPOSE_TO_LABEL 10038       // "To:"
+#define IDC_COMPOSE_TO 10010             // recipients, numbers separated by commas
+#define IDC_COMPOSE_TEMPLATE_LABEL 10078 // "Tmpl:"
+#define IDC_COMPOSE_TEMPLATES 10075      // "Insert Template" and the stored templates
+#define IDC_COMPOSE_DOWN 10005           // shows the details rows
+#define IDC_COMPOSE_SCA_LABEL 10069      // details row "SCA:"
+#define IDC_COMPOSE_SCA 10052            // details row: service centre number
+#define IDC_COMPOSE_VALIDITY_LABEL 10073 // details row "Validity:"
+#define IDC_COMPOSE_VALIDITY 10083       // details row: validity periods
+#define IDC_COMPOSE_SAME_SCA 10053       // details row "Use same SCA for reply"
+#define IDC_COMPOSE_UP 10082             // hides the details rows
+#define IDC_COMPOSE_TEXT 10058           // the message text
+#define IDC_COMPOSE_RECP 10006           // favourites menu
+#define IDC_COMPOSE_RECIPIENTS 12039     // "3 Recipients", blank for 0 and 1
+#define IDC_COMPOSE_COUNTER 12040        // "12 characters, 1 message"
 // Notifications: "Message" (IDD_NEW_MESSAGE_NOTIFICATION), "Sending" (IDD_SENDING_NOTIFICATION),
 // "Database" (IDD_SIM_TRANSFER). The header controls use the numbers of their header words.
 #define IDC_NOTIFY_FROM_LABEL 12047
@@ -166,7 +168,7 @@
 #define IDC_NOTIFY_REPLY 10018
 #define IDC_NOTIFY_READ_ALL 10017
 #define IDC_NOTIFY_OTHERS 10065
-#define IDC_NOTIFY_HEADER 10340      // as IDS_HEADER_MESSAGE
+#define IDC_NOTIFY_HEADER 10340 // as IDS_HEADER_MESSAGE
 #define IDC_NOTIFY_NUMBER 12044
 #define IDC_NOTIFY_TEXT 12020
 #define IDC_SENDING_TO_LABEL 12049
@@ -174,7 +176,7 @@
 #define IDC_SENDING_SEGMENT_LABEL 10070
 #define IDC_SENDING_SEGMENT 10071
 #define IDC_SENDING_DISMISS 10004
-#define IDC_SENDING_HEADER 10338     // as IDS_HEADER_SENDING
+#define IDC_SENDING_HEADER 10338 // as IDS_HEADER_SENDING
 #define IDC_SENDING_TEXT 12050
 #define IDC_SENDING_NUMBER 10069
 #define IDC_SIM_QUESTION 10064
@@ -183,7 +185,7 @@
 #define IDC_SIM_NOTE_LABEL 10067
 #define IDC_SIM_FULL_TEXT 10063
 #define IDC_SIM_PROGRESS 12008
-#define IDC_SIM_HEADER 10339         // as IDS_HEADER_DATABASE
+#define IDC_SIM_HEADER 10339 // as IDS_HEADER_DATABASE
 
 // ---- Commands ----------------------------------------------------------------------------------
 // Main window menu bar
@@ -401,6 +403,7 @@
 #define IDS_VARIABLE_NAME_BACKSLASH 12195
 #define IDS_VARIABLE_NAME_TAKEN 12196
 #define IDS_VARIABLE_LIMIT 12197
+#define IDS_NOT_SENT 12198
 #define IDS_CELLBROADCAST 12078
 #define IDS_CB_QUERYING 12500
 #define IDS_CB_CHANNEL_COLUMN 12501 // header of the cell broadcast list's channel column
@@ -450,9 +453,9 @@
 
 // ---- Find (main window, Tools) -----------------------------------------------------------------
 #define IDD_SEARCH 12180
-#define IDC_SEARCH_TEXT 12181          // what to find
-#define IDC_SEARCH_COUNT 12182         // how many were found
-#define IDC_SEARCH_LIST 12183          // the messages found, newest first
+#define IDC_SEARCH_TEXT 12181  // what to find
+#define IDC_SEARCH_COUNT 12182 // how many were found
+#define IDC_SEARCH_LIST 12183  // the messages found, newest first
 #define IDM_MAIN_FIND 12185
 #define IDS_SEARCH_PROMPT 12190
 #define IDS_SEARCH_NOTHING 12191

@@ -50,6 +50,14 @@ public:
         return id == 0 ? failure(GSM::ErrorNotFound, u"The message does not exist.")
                        : store->newMessage(id, true);
     }
+    GSM::Result beginHandOver() override {
+        Store* store = Store::current();
+        return store ? store->beginHandOver() : Store::unavailable();
+    }
+    GSM::Result endHandOver() override {
+        Store* store = Store::current();
+        return store ? store->endHandOver() : Store::unavailable();
+    }
     GSM::Result sendPending() override {
         Store* store = Store::current();
         if (!store)
@@ -228,6 +236,11 @@ void setSmsServiceKnown(bool known) {
 void failNextSend(long code, const std::u16string& text) {
     if (Store* store = Store::current())
         store->sendQueue().failNext(code, text);
+}
+
+void watchTransmissions(std::function<void(long, int, int, int)> observer) {
+    if (Store* store = Store::current())
+        store->sendQueue().setTransmitObserver(std::move(observer));
 }
 
 void setDelays(int segmentDelayMs, int simTransferDelayMs) {

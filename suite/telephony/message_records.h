@@ -29,6 +29,7 @@ public:
     ValidityPeriod getValidityPeriod() const override { return validity; }
     bool useSameServiceCentre() const override { return replyPath; }
     GSM::Folder* getContacts() override;
+    bool wasSentTo(int position) const override;
     GSM::Result setText(const WCHAR* text) override;
     GSM::Result setServiceCentre(const WCHAR* number) override;
     GSM::Result setUseSameServiceCentre(bool replyPath) override;

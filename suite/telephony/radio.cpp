@@ -40,19 +40,79 @@ std::optional<MessageToSend> Store::messageToSend(long id) {
     MessageRecord* message = findMessage(id);
     if (!message || message->status != GSM::Message::SendNow)
         return std::nullopt;
-    return MessageToSend{message->addressNumbers(), message->text, message->serviceCentre,
-                         int(message->validity)};
+    MessageToSend toSend{{}, message->text, message->serviceCentre, int(message->validity)};
+    Statement& rows = db_->cached("SELECT number, sent_segments, outcome FROM addresses "
+                                  "WHERE message_id = ? ORDER BY position");
+    rows.bind(1, std::int64_t(id));
+    while (rows.step())
+        toSend.recipients.push_back(
+            {rows.text(0), int(rows.integer(1)), rows.integer(2) == kRecipientSent});
+    if (!rows.ok())
+        return std::nullopt;
+    return toSend;
 }
 
-void Store::recordOutcome(long id, const GSM::Result& result) {
+void Store::recordProgress(long id, int recipient, int sentSegments, int segments) {
+    Statement& update =
+        db_->cached("UPDATE addresses SET sent_segments = ?1, outcome = CASE WHEN ?1 >= ?2 THEN ?3 "
+                    "ELSE outcome END, failure = '' WHERE message_id = ?4 AND position = ?5");
+    update.bind(1, std::int64_t(sentSegments))
+        .bind(2, std::int64_t(segments))
+        .bind(3, std::int64_t(kRecipientSent))
+        .bind(4, std::int64_t(id))
+        .bind(5, std::int64_t(recipient));
+    update.step();
+}
+
+GSM::Result Store::recordOutcome(long id, int failedRecipient, const GSM::Result& result) {
     MessageRecord* message = findMessage(id);
     if (!message)
-        return;
+        return result;
+    Database::Transaction transaction(*db_);
+    if (!result.isOk() && failedRecipient >= 0) {
+        // A failed recipient is sent whole again: the network may have dropped its parts.
+        Statement& failed = db_->cached("UPDATE addresses SET outcome = ?, sent_segments = 0, "
+                                        "failure = ? WHERE message_id = ? AND position = ?");
+        failed.bind(1, std::int64_t(kRecipientFailed))
+            .bind(2, std::u16string_view(result.getErrorMessage()))
+            .bind(3, std::int64_t(id))
+            .bind(4, std::int64_t(failedRecipient));
+        failed.step();
+    }
     message->status = result.isOk() ? GSM::Message::Sent : GSM::Message::Failed;
-    Statement update = db_->prepare("UPDATE messages SET status = ? WHERE id = ?");
+    Statement& update = db_->cached("UPDATE messages SET status = ? WHERE id = ?");
     update.bind(1, std::int64_t(message->status)).bind(2, std::int64_t(id));
     update.step();
+    transaction.commit();
     touchMessages();
+    // A refusal before the first recipient concerns the message, not whom it reached.
+    if (result.isOk() || failedRecipient < 0 || message->addressNumbers().size() < 2)
+        return result;
+    return GSM::Result(GSM::ErrorNetworkRejected, unreachedText(id, result));
+}
+
+std::u16string Store::unreachedText(long id, const GSM::Result& reason) {
+    constexpr int kNamesShown = 5;
+    Statement& rows = db_->cached(
+        "SELECT number FROM addresses WHERE message_id = ? AND outcome != ? ORDER BY position");
+    rows.bind(1, std::int64_t(id)).bind(2, std::int64_t(kRecipientSent));
+    std::u16string names;
+    int count = 0;
+    while (rows.step()) {
+        if (++count > kNamesShown)
+            continue;
+        const std::u16string number = rows.text(0);
+        const std::u16string name =
+            bareAddress(number)->getText(GSM::Contact::FieldDisplayName, 0, 0, 0);
+        names += (names.empty() ? u"" : u", ") + (name.empty() ? number : name);
+    }
+    if (count > kNamesShown)
+        names += u" and " + QString::number(count - kNamesShown).toStdU16String() + u" more";
+    std::u16string text(reason.getErrorMessage());
+    if (!text.empty())
+        text += text.back() == u'.' ? u" " : u". ";
+    text += u"Not sent to " + names + u".";
+    return text;
 }
 
 // ---- SIM

@@ -10,6 +10,14 @@
 
 namespace tessaly::telephony {
 
+std::vector<std::u16string> MessageToSend::numbers() const {
+    std::vector<std::u16string> numbers;
+    numbers.reserve(recipients.size());
+    for (const RecipientToSend& recipient : recipients)
+        numbers.push_back(recipient.number);
+    return numbers;
+}
+
 SendQueue::SendQueue(SendQueueStorage& storage, int segmentDelayMs)
     : storage_(storage)
     , segmentDelayMs_(std::max(0, segmentDelayMs)) {}
@@ -33,6 +41,10 @@ void SendQueue::unqueue(long id) {
 
 void SendQueue::failNext(long code, const std::u16string& text) {
     injectedFailure_ = GSM::Result(code == GSM::ErrorNone ? GSM::ErrorNetworkRejected : code, text);
+}
+
+void SendQueue::setTransmitObserver(TransmitObserver observer) {
+    transmitObserver_ = std::move(observer);
 }
 
 void SendQueue::setSegmentDelay(int delayMs) {
@@ -71,17 +83,32 @@ bool SendQueue::takeNextJob() {
         const long id = queue_.front();
         queue_.pop_front();
         queued_.erase(id);
-        const std::optional<MessageToSend> message = storage_.messageToSend(id);
+        std::optional<MessageToSend> message = storage_.messageToSend(id);
         if (!message)
             continue;
         Job job;
         job.id = id;
-        job.recipients = int(message->numbers.size());
+        job.recipients = int(message->recipients.size());
         job.segments = std::max(1, measureText(message->text.c_str()).messages);
-        job_ = job;
-        if (const auto refusal = refusalBeforeSending(message->numbers, job.segments))
+        job.message = std::move(*message);
+        job_ = std::move(job);
+        if (const auto refusal = refusalBeforeSending(job_->message.numbers(), job_->segments))
             finish(*refusal);
     }
+    return true;
+}
+
+bool SendQueue::nextRecipient(Job& job) {
+    do {
+        ++job.recipient;
+    } while (job.recipient < job.recipients &&
+             job.message.recipients[std::size_t(job.recipient)].sent);
+    if (job.recipient >= job.recipients)
+        return false;
+    // A segment the network took before a restart is not sent again (TS 23.040 9.2.3.24.1:
+    // the receiver joins the parts by reference and sequence number).
+    job.segment = std::clamp(job.message.recipients[std::size_t(job.recipient)].sentSegments, 0,
+                             job.segments - 1);
     return true;
 }
 
@@ -99,25 +126,27 @@ void SendQueue::step() {
 
 void SendQueue::simulatedStep() {
     Job& job = *job_;
-    if (++job.segment > job.segments) {
-        job.segment = 1;
-        ++job.recipient;
-    }
-    if (job.recipient >= job.recipients) {
+    if ((job.recipient < 0 || job.segment >= job.segments) && !nextRecipient(job)) {
         finish({});
     } else if (injectedFailure_) {
         const GSM::Result result = *injectedFailure_;
         injectedFailure_.reset();
-        finish(result);
+        finish(result, job.recipient);
     } else if (const auto refusal =
                    refusalOfTheNetwork(storage_.deviceState(), storage_.sendWhileRoaming())) {
-        finish(*refusal);
+        finish(*refusal, job.recipient);
     } else {
-        const Job progress = job;
-        EventQueue::instance().post([progress] {
+        ++job.segment;
+        if (transmitObserver_)
+            transmitObserver_(job.id, job.recipient, job.segment, job.segments);
+        storage_.recordProgress(job.id, job.recipient, job.segment, job.segments);
+        const long id = job.id;
+        const int recipient = job.recipient;
+        const int segment = job.segment;
+        const int segments = job.segments;
+        EventQueue::instance().post([id, recipient, segment, segments] {
             if (hostHooks().openSendingNotification)
-                hostHooks().openSendingNotification(progress.id, progress.recipient,
-                                                    progress.segment, progress.segments, 0, 0);
+                hostHooks().openSendingNotification(id, recipient, segment, segments, 0, 0);
         });
     }
     schedule(segmentDelayMs_);
@@ -126,56 +155,58 @@ void SendQueue::simulatedStep() {
 void SendQueue::backendStep(RadioBackend& backend) {
     if (backendBusy_)
         return;
-    const Job& job = *job_;
-    const std::optional<MessageToSend> message = storage_.messageToSend(job.id);
-    if (!message || job.recipient >= job.recipients ||
-        job.recipient >= int(message->numbers.size())) {
+    Job& job = *job_;
+    // A backend sends a recipient's message whole: a restart in the middle sends it again.
+    if (!nextRecipient(job)) {
         finish({});
         schedule(0);
         return;
     }
+    const RecipientToSend& recipient = job.message.recipients[std::size_t(job.recipient)];
     OutgoingSms sms;
     sms.messageId = job.id;
     sms.recipient = job.recipient;
-    sms.number = message->numbers[std::size_t(job.recipient)];
-    sms.text = message->text;
-    sms.serviceCentre = message->serviceCentre;
-    sms.validityCode = message->validityCode;
+    sms.number = recipient.number;
+    sms.text = job.message.text;
+    sms.serviceCentre = job.message.serviceCentre;
+    sms.validityCode = job.message.validityCode;
     sms.statusReport = storage_.statusReport();
     sms.segments = job.segments;
     backendBusy_ = true;
     const std::weak_ptr<bool> alive = alive_;
     const long id = job.id;
-    const int recipient = job.recipient;
+    const int position = job.recipient;
     backend.send(
         sms,
-        [alive, id, recipient](int segment, int segments) {
+        [alive, id, position](int segment, int segments) {
             if (alive.expired())
                 return;
-            EventQueue::instance().post([id, recipient, segment, segments] {
+            EventQueue::instance().post([id, position, segment, segments] {
                 if (hostHooks().openSendingNotification)
-                    hostHooks().openSendingNotification(id, recipient, segment, segments, 0, 0);
+                    hostHooks().openSendingNotification(id, position, segment, segments, 0, 0);
             });
         },
-        [this, alive](const GSM::Result& result) {
-            if (alive.expired() || !job_)
+        [this, alive, id, position](const GSM::Result& result) {
+            if (alive.expired() || !job_ || job_->id != id)
                 return;
             backendBusy_ = false;
-            if (result.isOk())
-                ++job_->recipient;
-            else
-                finish(result);
+            if (result.isOk()) {
+                job_->segment = job_->segments;
+                storage_.recordProgress(id, position, job_->segments, job_->segments);
+            } else {
+                finish(result, position);
+            }
             schedule(0);
         });
 }
 
-void SendQueue::finish(const GSM::Result& result) {
-    const Job job = *job_;
+void SendQueue::finish(const GSM::Result& result, int failedRecipient) {
+    const Job job = std::move(*job_);
     job_.reset();
     runSent_ += std::max(1, job.recipients);
+    const GSM::Result told = storage_.recordOutcome(job.id, failedRecipient, result);
     if (!result.isOk() && !runFailure_)
-        runFailure_ = result;
-    storage_.recordOutcome(job.id, result);
+        runFailure_ = told;
 }
 
 } // namespace tessaly::telephony

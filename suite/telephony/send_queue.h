@@ -11,6 +11,7 @@
 #include "framework/time/clock.h"
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -21,20 +22,34 @@ namespace tessaly::telephony {
 
 class RadioBackend;
 
+struct RecipientToSend {
+    std::u16string number;
+    // Segments the radio handed to the network before a restart; the whole count once sent.
+    int sentSegments = 0;
+    bool sent = false;
+};
+
 struct MessageToSend {
-    std::vector<std::u16string> numbers;
+    std::vector<RecipientToSend> recipients;
     std::u16string text;
     std::u16string serviceCentre;
     int validityCode = 255;
+
+    std::vector<std::u16string> numbers() const;
 };
 
 class SendQueueStorage {
 public:
     virtual ~SendQueueStorage() = default;
-    // The message as it stands, while it is still to be sent (stored, status Send now).
+    // The message as it stands, while it is still to be sent (stored, status Send now), with
+    // how far the radio got with each recipient.
     virtual std::optional<MessageToSend> messageToSend(long id) = 0;
-    // The message was sent (a success) or failed.
-    virtual void recordOutcome(long id, const GSM::Result& result) = 0;
+    // The radio handed `sentSegments` of `segments` to the network for this recipient: kept
+    // before the call returns, so that a restart goes on from there.
+    virtual void recordProgress(long id, int recipient, int sentSegments, int segments) = 0;
+    // The message's run ended: sent (a success), or failed at `failedRecipient` (-1: before
+    // any recipient). Returns what the person is told of it.
+    virtual GSM::Result recordOutcome(long id, int failedRecipient, const GSM::Result& result) = 0;
     virtual int deviceState() const = 0;
     virtual bool sendWhileRoaming() const = 0;
     virtual bool statusReport() const = 0;
@@ -54,13 +69,18 @@ public:
     bool isSending(long id) const { return job_ && job_->id == id; }
     // TEST AND SIMULATOR ONLY: the next message sent fails with this code and text.
     void failNext(long code, const std::u16string& text);
+    // TEST ONLY: called as the simulated radio puts each segment on the air, before the store
+    // records it, so that a crash test sees exactly what went out.
+    using TransmitObserver = std::function<void(long id, int recipient, int segment, int segments)>;
+    void setTransmitObserver(TransmitObserver observer);
     void setSegmentDelay(int delayMs);
 
 private:
     struct Job {
         long id = 0;
-        int recipient = 0;
-        int segment = 0;
+        MessageToSend message;
+        int recipient = -1; // before the first
+        int segment = 0;    // segments of this recipient on the air
         int segments = 1;
         int recipients = 0;
     };
@@ -70,9 +90,11 @@ private:
     void step();
     // Takes the next message that can go out; false when the queue is empty.
     bool takeNextJob();
+    // Moves to the next recipient the radio has not reached; false past the last.
+    static bool nextRecipient(Job& job);
     void simulatedStep();
     void backendStep(RadioBackend& backend);
-    void finish(const GSM::Result& result);
+    void finish(const GSM::Result& result, int failedRecipient = -1);
     void announceCompletion();
 
     SendQueueStorage& storage_;
@@ -83,6 +105,7 @@ private:
     std::optional<Job> job_;
     TimerHandle timer_ = 0;
     std::optional<GSM::Result> injectedFailure_;
+    TransmitObserver transmitObserver_;
     // The first failure of the run and how many message and recipient pairs it sent.
     std::optional<GSM::Result> runFailure_;
     int runSent_ = 0;

@@ -5,6 +5,7 @@
 
 #include "gsm/gsm.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -37,6 +38,9 @@ void setDeviceState(int state);
 void setSmsServiceKnown(bool known);
 // The next message sent fails with this code and text (520: the network's own words).
 void failNextSend(long code, const std::u16string& text);
+// Called as the radio puts each segment on the air, before the store records that it did: a
+// crash test sees exactly what went out. Empty stops watching.
+void watchTransmissions(std::function<void(long id, int recipient, int segment, int segments)>);
 // The radio's pace (milliseconds; 0 sends on the next timer turn).
 void setDelays(int segmentDelayMs, int simTransferDelayMs);
 

@@ -253,6 +253,8 @@ GSM::Result Store::endEdit(MessageRecord& message, bool discard) {
     if (message.discarded || message.removed)
         return failure(GSM::ErrorNotAvailable, u"The message no longer exists.");
     if (discard) {
+        if (handOver_)
+            std::erase(*handOver_, &message);
         if (!message.stored) {
             message.discarded = true;
         } else if (message.snapshot_) {
@@ -268,31 +270,91 @@ GSM::Result Store::endEdit(MessageRecord& message, bool discard) {
         message.snapshot_.reset();
         return {};
     }
-    const bool wasStored = message.stored;
-    if (message.folder == GSM::Sms::FolderOutbox) {
-        message.status = GSM::Message::SendNow;
-        message.dateTicks = nowTicks();
+    if (handOver_) {
+        if (std::find(handOver_->begin(), handOver_->end(), &message) == handOver_->end())
+            handOver_->push_back(&message);
+        return {};
     }
-    if (wasStored)
-        eraseByDate(&message);
-    GSM::Result result = saveMessage(message);
-    if (!result.isOk()) {
-        if (wasStored)
-            insertByDate(&message);
+    return storeHandedOver({&message});
+}
+
+GSM::Result Store::beginHandOver() {
+    if (handOver_)
+        return failure(GSM::ErrorBusy, u"A hand-over is already open.");
+    handOver_.emplace();
+    return {};
+}
+
+GSM::Result Store::endHandOver() {
+    if (!handOver_)
+        return failure(GSM::ErrorInvalidArgument, u"No hand-over is open.");
+    std::vector<MessageRecord*> messages = std::move(*handOver_);
+    handOver_.reset();
+    std::erase_if(messages, [](const MessageRecord* m) { return m->discarded || m->removed; });
+    return messages.empty() ? GSM::Result() : storeHandedOver(messages);
+}
+
+GSM::Result Store::storeHandedOver(const std::vector<MessageRecord*>& messages) {
+    struct Before {
+        GSM::Message::Status status;
+        std::uint64_t dateTicks;
+    };
+    std::vector<Before> before;
+    std::vector<std::pair<MessageRecord*, GSM::Message::Status>> replied;
+    const std::uint64_t now = nowTicks();
+    Database::Transaction transaction(*db_);
+    bool ok = true;
+    for (MessageRecord* message : messages) {
+        before.push_back({message->status, message->dateTicks});
+        if (message->stored)
+            eraseByDate(message);
+        if (message->folder == GSM::Sms::FolderOutbox) {
+            message->status = GSM::Message::SendNow;
+            message->dateTicks = now;
+        }
+        ok = saveMessage(*message).isOk();
+        if (!ok)
+            break;
+        if (MessageRecord* original = findMessage(message->replyTo);
+            original && original->folder == GSM::Sms::FolderInbox &&
+            original->status != GSM::Message::Replied) {
+            replied.emplace_back(original, original->status);
+            original->status = GSM::Message::Replied;
+            ok = saveMessage(*original).isOk();
+            if (!ok)
+                break;
+        }
+    }
+    if (!ok || !transaction.commit()) {
+        const GSM::Result result = db_->failure(u"The message cannot be stored");
+        for (auto& [original, status] : replied)
+            original->status = status;
+        for (std::size_t i = 0; i < before.size(); ++i) {
+            messages[i]->status = before[i].status;
+            messages[i]->dateTicks = before[i].dateTicks;
+            if (messages[i]->stored)
+                insertByDate(messages[i]);
+        }
         return result;
     }
-    message.stored = true;
-    message.snapshot_.reset();
-    insertByDate(&message);
-    if (MessageRecord* original = findMessage(message.replyTo);
-        original && original->folder == GSM::Sms::FolderInbox) {
-        original->status = GSM::Message::Replied;
-        saveMessage(*original);
+    for (MessageRecord* message : messages) {
+        message->stored = true;
+        message->snapshot_.reset();
+        insertByDate(message);
+        if (message->folder == GSM::Sms::FolderOutbox)
+            sendQueue_.queue(message->getId());
     }
-    if (message.folder == GSM::Sms::FolderOutbox)
-        sendQueue_.queue(message.getId());
     touchMessages();
     return {};
+}
+
+bool Store::recipientSent(long id, int position) {
+    Statement& row =
+        db_->cached("SELECT outcome FROM addresses WHERE message_id = ? AND position = ?");
+    row.bind(1, std::int64_t(id)).bind(2, std::int64_t(position));
+    const bool sent = row.step() && row.integer(0) == kRecipientSent;
+    row.reset(); // a statement left open would hold a read transaction
+    return sent;
 }
 
 GSM::Result Store::removeMessage(MessageRecord& message) {
@@ -326,14 +388,29 @@ GSM::Result Store::setStatus(long id, GSM::Message::Status status) {
     if (message->status == status)
         return {};
     const GSM::Message::Status previous = message->status;
-    message->status = status;
-    Statement update = db_->prepare("UPDATE messages SET status = ? WHERE id = ?");
+    Database::Transaction transaction(*db_);
+    Statement& update = db_->cached("UPDATE messages SET status = ? WHERE id = ?");
     update.bind(1, std::int64_t(status)).bind(2, std::int64_t(id));
     update.step();
-    if (!update.ok()) {
+    bool ok = update.ok();
+    if (ok && status == GSM::Message::SendNow) {
+        // Sending a failed message again goes to those the last run did not reach, never to
+        // those it did; any other message goes to everyone again, as the person asked.
+        Statement& retry =
+            db_->cached("UPDATE addresses SET outcome = ?1, sent_segments = 0, failure = '' "
+                        "WHERE message_id = ?2 AND (?3 OR outcome != ?4)");
+        retry.bind(1, std::int64_t(kRecipientNotSent))
+            .bind(2, std::int64_t(id))
+            .bind(3, std::int64_t(previous != GSM::Message::Failed))
+            .bind(4, std::int64_t(kRecipientSent));
+        retry.step();
+        ok = retry.ok();
+    }
+    if (!ok || !transaction.commit()) {
         message->status = previous;
         return db_->failure(u"The message cannot be changed");
     }
+    message->status = status;
     if (status == GSM::Message::SendNow)
         sendQueue_.queue(id);
     else
@@ -561,6 +638,10 @@ GSM::Folder* MessageRecord::getContacts() {
     if (!addresses_)
         addresses_ = store_.materializeAddresses(*this, storedAddresses);
     return addresses_.get();
+}
+
+bool MessageRecord::wasSentTo(int position) const {
+    return stored && !removed && store_.recipientSent(id_, position);
 }
 
 std::vector<std::u16string> MessageRecord::addressNumbers() const {

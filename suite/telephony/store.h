@@ -42,6 +42,11 @@ struct CbRecord {
     int count = 0;
 };
 
+// The outcome column of a message's addresses.
+constexpr int kRecipientNotSent = 0;
+constexpr int kRecipientSent = 1;
+constexpr int kRecipientFailed = 2;
+
 class Store final : private SendQueueStorage {
 public:
     static constexpr int kCbCapacity = 15;
@@ -67,6 +72,10 @@ public:
     MessageRecord* makeMessage();
     MessageRecord* findMessage(long id) const; // stored and not deleted
     GSM::Result endEdit(MessageRecord& message, bool discard);
+    // Between these, what endEdit(false) hands over is held back, then stored and queued in
+    // one transaction: a crash in between leaves none of it.
+    GSM::Result beginHandOver();
+    GSM::Result endHandOver();
     GSM::Result setStatus(long id, GSM::Message::Status status);
     GSM::Result deleteMessages(int folder, int ageDays);
     GSM::MessageContainer* container(int folder, int sortKey);
@@ -82,6 +91,8 @@ public:
     GSM::Result importMessages(const std::function<bool(archive::ArchivedMessage&)>& next,
                                qint64* imported, qint64* alreadyPresent);
     GSM::Result saveMessage(MessageRecord& message);
+    // Whether the radio reached the recipient at this position of a stored message.
+    bool recipientSent(long id, int position);
     std::unique_ptr<FolderImpl> materializeAddresses(MessageRecord& message,
                                                      const std::vector<std::u16string>& numbers);
 
@@ -149,6 +160,8 @@ private:
     void insertByDate(MessageRecord* message);
     void eraseByDate(MessageRecord* message);
     GSM::Result removeMessage(MessageRecord& message);
+    // Stores the edits and queues the Outbox messages, all or none.
+    GSM::Result storeHandedOver(const std::vector<MessageRecord*>& messages);
     void loadMessages();
     void loadContacts();
     void loadSettings();
@@ -157,7 +170,10 @@ private:
     GSM::Result saveSubscription();
     // SendQueueStorage: what the queue sends, and where its outcome goes.
     std::optional<MessageToSend> messageToSend(long id) override;
-    void recordOutcome(long id, const GSM::Result& result) override;
+    void recordProgress(long id, int recipient, int sentSegments, int segments) override;
+    GSM::Result recordOutcome(long id, int failedRecipient, const GSM::Result& result) override;
+    // Who a message to several recipients did not reach, and why, for the completion.
+    std::u16string unreachedText(long id, const GSM::Result& reason);
     bool sendWhileRoaming() const override { return settings_.sendWhileRoaming; }
     bool statusReport() const override { return settings_.statusReport; }
     void simStep();
@@ -173,6 +189,7 @@ private:
     bool messagesEventQueued_ = false;
     std::uint64_t phoneBookGeneration_ = 1;
     std::map<int, ContainerCache> containers_;
+    std::optional<std::vector<MessageRecord*>> handOver_;
 
     std::vector<std::unique_ptr<ContactRecord>> contacts_;
     std::vector<std::unique_ptr<AddressRecord>> addresses_;

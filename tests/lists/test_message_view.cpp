@@ -75,9 +75,38 @@ TEST_F(MessageViewTest, OutboxMessageListsEveryRecipientAndItsValidity) {
         EXPECT_EQ(view.itemText(IDC_VIEW_RECIPIENTS),
                   QStringLiteral("Anne (+4917011111), 0172222,\r\nCarl (+4917033333)"));
         EXPECT_EQ(view.recipientCount(), 3);
+        EXPECT_FALSE(view.isItemVisible(IDC_VIEW_NOT_SENT)) << "a sent message reached all";
         ASSERT_TRUE(testkit::click(view, IDC_VIEW_DOWN));
         EXPECT_EQ(view.itemText(IDC_VIEW_VALIDITY), QStringLiteral("1 Week"));
         EXPECT_EQ(view.itemText(IDC_VIEW_STATUS), QStringLiteral("Sent"));
+    });
+}
+
+TEST_F(MessageViewTest, AFailedMessageToSeveralSaysWhomItDidNotReach) {
+    ASSERT_TRUE(simulator::addContact(u"Anne", u"Ames", {u"+4917011111"}).isOk());
+    GSM::Message* message = GSM::Message::make();
+    for (const char16_t* number : {u"+4917011111", u"0172222", u"+4917033333"})
+        message->getContacts()->add(number, 0);
+    message->setText(u"Dinner at eight?");
+    ASSERT_TRUE(message->endEdit(false).isOk());
+    simulator::failNextSend(GSM::ErrorNoNetwork, u"No network.");
+    for (int turn = 0; turn < 10 && message->getStatus() != GSM::Message::Failed; ++turn) {
+        clock.advance(100);
+        settle();
+    }
+    ASSERT_EQ(message->getStatus(), GSM::Message::Failed);
+    runView(message->getId(), 1, [](MessageView& view) {
+        EXPECT_TRUE(view.isItemVisible(IDC_VIEW_NOT_SENT));
+        EXPECT_EQ(view.itemText(IDC_VIEW_NOT_SENT_LABEL), QStringLiteral("Not sent:"));
+        EXPECT_EQ(view.itemText(IDC_VIEW_NOT_SENT),
+                  QStringLiteral("Anne Ames, 0172222, +4917033333"));
+        const QRect line = view.item(IDC_VIEW_NOT_SENT)->geometry();
+        EXPECT_LE(line.bottom(), view.item(IDC_VIEW_TEXT)->geometry().top())
+            << "the text starts below the line";
+        ASSERT_TRUE(testkit::click(view, IDC_VIEW_DOWN));
+        EXPECT_TRUE(view.isItemVisible(IDC_VIEW_NOT_SENT)) << "details shown or not";
+        EXPECT_TRUE(testkit::saveScreenshot(
+            view, testkit::testOutputPath(QStringLiteral("lists_message_view_not_sent.png"))));
     });
 }
 

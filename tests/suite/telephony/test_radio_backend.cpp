@@ -78,16 +78,39 @@ TEST_F(RadioBackendTest, SendsRecipientByRecipientAndWaitsForEachAnswer) {
     EXPECT_TRUE(completions[0].second) << "two recipients";
 }
 
-TEST_F(RadioBackendTest, AModemFailureEndsTheMessageWithTheModemsWords) {
-    const long id = queue({u"+4917011", u"+4917022"}, u"hello");
+TEST_F(RadioBackendTest, AModemFailureEndsTheMessageWithTheModemsWordsAndWhomItDidNotReach) {
+    const long id = queue({u"+4917011", u"+4917022", u"+4917033"}, u"hello");
+    settle();
+    backend->answer({});
     settle();
     backend->answer(GSM::Result(GSM::ErrorNetworkRejected, u"Message rejected by the network"));
     settle();
-    EXPECT_EQ(backend->sent.size(), 1u) << "the second recipient is not tried";
-    EXPECT_EQ(GSM::sms.getMessage(id)->getStatus(), GSM::Message::Failed);
+    EXPECT_EQ(backend->sent.size(), 2u) << "the third recipient is not tried";
+    GSM::Message* message = GSM::sms.getMessage(id);
+    EXPECT_EQ(message->getStatus(), GSM::Message::Failed);
+    EXPECT_TRUE(message->wasSentTo(0));
+    EXPECT_FALSE(message->wasSentTo(1));
+    EXPECT_FALSE(message->wasSentTo(2));
     ASSERT_EQ(completions.size(), 1u);
     EXPECT_EQ(completions[0].first.errorCode(), GSM::ErrorNetworkRejected);
-    EXPECT_EQ(text(completions[0].first.getErrorMessage()), u"Message rejected by the network");
+    EXPECT_EQ(text(completions[0].first.getErrorMessage()),
+              u"Message rejected by the network. Not sent to +4917022, +4917033.");
+
+    ASSERT_TRUE(GSM::sms.setMessageStatus(id, GSM::Message::SendNow).isOk());
+    settle();
+    backend->answer({});
+    settle();
+    backend->answer({});
+    settle();
+    ASSERT_EQ(backend->sent.size(), 4u);
+    EXPECT_EQ(backend->sent[2].number, u"+4917022") << "only those not reached";
+    EXPECT_EQ(backend->sent[3].number, u"+4917033");
+    EXPECT_EQ(message->getStatus(), GSM::Message::Sent);
+    EXPECT_TRUE(message->wasSentTo(1));
+
+    ASSERT_TRUE(GSM::sms.setMessageStatus(id, GSM::Message::SendNow).isOk());
+    settle();
+    EXPECT_EQ(backend->sent.back().number, u"+4917011") << "a sent message goes to all again";
 }
 
 TEST_F(RadioBackendTest, ALateAnswerAfterTheStoreClosedIsIgnored) {
