@@ -6,6 +6,7 @@
 // to its saved picture, with the process's peak memory. On 0, 10,000 and 100,000 messages.
 
 #include "bench/answering_user.h"
+#include "bench/child_process.h"
 #include "bench/offscreen_benchmarks.h"
 #include "framework/datadir.h"
 #include "framework/time/clock.h"
@@ -27,12 +28,6 @@
 #include <memory>
 
 #include <algorithm>
-
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-extern char** environ;
 
 namespace {
 
@@ -112,43 +107,6 @@ void BM_StartToMessages(benchmark::State& state) {
 }
 BENCHMARK(BM_StartToMessages)->Arg(0)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 
-// The process's high-water mark of resident memory, 0 once it has ended. (The rusage of a
-// child would not do: it starts from this process's own peak at the spawn.)
-long residentPeakKiB(pid_t process) {
-    QFile status(QStringLiteral("/proc/%1/status").arg(process));
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray& line : status.readAll().split('\n')) {
-        if (line.startsWith("VmHWM:"))
-            return line.mid(6).trimmed().split(' ').front().toLong();
-    }
-    return 0;
-}
-
-// Runs the program once; false when it could not run or did not end with 0. Its peak memory
-// is read while it runs, every 2 ms.
-bool runPhone(const std::vector<std::string>& arguments, long* peakKiB) {
-    std::vector<char*> argv;
-    for (const std::string& argument : arguments)
-        argv.push_back(const_cast<char*>(argument.c_str()));
-    argv.push_back(nullptr);
-    pid_t child = 0;
-    if (posix_spawn(&child, argv[0], nullptr, nullptr, argv.data(), environ) != 0)
-        return false;
-    int status = 0;
-    *peakKiB = 0;
-    for (;;) {
-        *peakKiB = std::max(*peakKiB, residentPeakKiB(child));
-        const pid_t ended = waitpid(child, &status, WNOHANG);
-        if (ended == child)
-            break;
-        if (ended < 0)
-            return false;
-        usleep(2000);
-    }
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
-
 void BM_ScreenshotRun(benchmark::State& state) {
     const QString directory = dataDirectory(int(state.range(0)));
     const std::string picture = QDir(directory).filePath(QStringLiteral("run.png")).toStdString();
@@ -162,12 +120,12 @@ void BM_ScreenshotRun(benchmark::State& state) {
         arguments.emplace_back("--open-messages");
     long peakKiB = 0;
     // The first run writes the module's factory templates; every later start finds them.
-    if (!runPhone(arguments, &peakKiB)) {
+    if (!runProcess(arguments, &peakKiB)) {
         state.SkipWithError("tessaly-phone failed");
         return;
     }
     for (auto _ : state) {
-        if (!runPhone(arguments, &peakKiB)) {
+        if (!runProcess(arguments, &peakKiB)) {
             state.SkipWithError("tessaly-phone failed");
             break;
         }

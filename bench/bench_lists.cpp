@@ -77,7 +77,7 @@ void storeQuery(benchmark::State& state) {
     seedInbox(int(state.range(0)));
     telephony::Store* store = telephony::Store::current();
     for (auto _ : state) {
-        auto container = store->buildContainer(0, GSM::Sms::SortByDate);
+        auto container = store->makeWindow(0, GSM::Sms::SortByDate);
         std::size_t fields = 0;
         for (int i = 0; i < container->size(); ++i) {
             GSM::Message* message = container->get(i);

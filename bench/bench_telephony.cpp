@@ -1,6 +1,5 @@
 // The length query runs on every keystroke (goal: 0.4 ns per character for 7-bit and UCS-2 text);
-// the Inbox list is rebuilt from a container on every store change (goal: 10,000 messages in under
-// 50 ms, growing linearly).
+// opening the store is what a restart of the suite costs. Containers at scale: bench_store_scale.
 
 #include "suite/telephony/events.h"
 #include "suite/telephony/length_info.h"
@@ -40,59 +39,6 @@ void lengthInfo(benchmark::State& state) {
     state.SetLabel(state.range(1) ? "UCS-2" : "GSM 7-bit");
 }
 BENCHMARK(lengthInfo)->ArgsProduct({{160, 1600}, {0, 1}})->ArgNames({"chars", "ucs2"});
-
-void seedInbox(int count) {
-    telephony::Options options;
-    options.databasePath = QStringLiteral(":memory:");
-    telephony::open(options);
-    std::mt19937 random(7);
-    std::vector<telephony::simulator::StoredMessage> messages;
-    messages.reserve(std::size_t(count));
-    const std::uint64_t newest = 133545744000000000ULL;
-    for (int i = 0; i < count; ++i) {
-        telephony::simulator::StoredMessage message;
-        message.folder = 0;
-        message.status = random() % 4 == 0 ? GSM::Message::Unread : GSM::Message::Read;
-        message.addresses = {u"+49170" + std::u16string(1, char16_t(u'0' + random() % 10)) +
-                             u"123456"};
-        message.text = u"Message number " + QString::number(i).toStdU16String();
-        message.date = fileTimeFromUInt64(newest - std::uint64_t(random() % 100000000) * 10000000);
-        messages.push_back(std::move(message));
-    }
-    telephony::simulator::addStoredMessages(messages);
-    telephony::EventQueue::instance().clear();
-}
-
-void inboxContainer(benchmark::State& state, int sortKey) {
-    seedInbox(int(state.range(0)));
-    telephony::Store* store = telephony::Store::current();
-    for (auto _ : state) {
-        auto container = store->buildContainer(0, sortKey);
-        benchmark::DoNotOptimize(container->get(0));
-    }
-    state.SetComplexityN(state.range(0));
-    telephony::close();
-}
-
-void inboxByDate(benchmark::State& state) {
-    inboxContainer(state, GSM::Sms::SortByDate);
-}
-BENCHMARK(inboxByDate)
-    ->Arg(1000)
-    ->Arg(10000)
-    ->Arg(100000)
-    ->Unit(benchmark::kMicrosecond)
-    ->Complexity(benchmark::oN);
-
-void inboxByStatus(benchmark::State& state) {
-    inboxContainer(state, GSM::Sms::SortByStatus);
-}
-BENCHMARK(inboxByStatus)
-    ->Arg(1000)
-    ->Arg(10000)
-    ->Arg(100000)
-    ->Unit(benchmark::kMicrosecond)
-    ->Complexity(benchmark::oN);
 
 // Opening telephony.db with 10,000 messages: what a restart of the suite costs.
 void openStore(benchmark::State& state) {

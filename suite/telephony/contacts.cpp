@@ -474,7 +474,10 @@ void Store::phoneBookChanged() {
         HandlerKind::PhoneBook, [](GSM::PhoneBook* handler) {
             handler->eventSpecialFolderChanged(GSM::PhoneBook::FolderContacts);
         });
-    // Names in the message lists (and the order by contact) follow the phone book.
+    // Names in the message lists (and the order by contact) follow the phone book; the sort
+    // names are brought up to date when a list sorted by contact is next asked for.
+    sortNames_.clear();
+    sortNamesStale_ = true;
     touchMessages();
 }
 

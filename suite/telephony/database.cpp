@@ -194,9 +194,29 @@ std::unique_ptr<Database> Database::open(const QString& path, GSM::Result* error
     return db;
 }
 
+std::unique_ptr<Database> Database::openReader() const {
+    if (path_.isEmpty() || path_ == QStringLiteral(":memory:"))
+        return nullptr;
+    sqlite3* handle = nullptr;
+    const int rc =
+        sqlite3_open_v2(path_.toUtf8().constData(), &handle, SQLITE_OPEN_READONLY, nullptr);
+    std::unique_ptr<Database> reader(new Database(handle, path_));
+    if (rc != SQLITE_OK)
+        return nullptr;
+    sqlite3_busy_timeout(handle, 2000);
+    // A window reads a few pages of one index: a small cache of its own is enough.
+    if (!reader->exec("PRAGMA cache_size=-256"))
+        return nullptr;
+    return reader;
+}
+
 Database::~Database() {
     statements_.clear();
     sqlite3_close_v2(db_);
+}
+
+int Database::changes() const {
+    return sqlite3_changes(db_);
 }
 
 bool Database::exec(const char* sql) {

@@ -61,9 +61,14 @@ public:
     // SQLite's message and returns null. A damaged or foreign file is never replaced.
     static std::unique_ptr<Database> open(const QString& path, GSM::Result* error);
     ~Database();
+    // A second, read-only connection to the same file, for reads that must see the store as
+    // it was at one instant (a read transaction of their own); null for a store in memory.
+    std::unique_ptr<Database> openReader() const;
 
     const QString& path() const { return path_; }
     bool exec(const char* sql);
+    // Rows the last INSERT, UPDATE or DELETE changed.
+    int changes() const;
     Statement prepare(const char* sql);
     // A statement prepared once and kept (by the address of its text: pass a literal), reset
     // and ready for binding. For statements run many times and stepped to their end at once.

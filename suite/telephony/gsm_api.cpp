@@ -62,11 +62,7 @@ public:
         Store* store = Store::current();
         if (!store)
             return Store::unavailable();
-        GSM::MessageContainer* outbox = store->container(FolderOutbox, SortByDate);
-        for (int i = 0; outbox && i < outbox->size(); ++i) {
-            if (outbox->get(i)->getStatus() == GSM::Message::SendNow)
-                store->sendQueue().queue(outbox->get(i)->getId());
-        }
+        store->queueSendNow();
         return {};
     }
     GSM::Result moveSimMessages() override {

@@ -1,6 +1,7 @@
 #pragma once
 
-// A message and the containers (snapshots of a folder in one order) that list messages.
+// A message as an object: made from its row when asked for (the store's cache keeps it), or by
+// Message::make for a new one.
 
 #include "gsm/gsm.h"
 #include "suite/telephony/contact_records.h"
@@ -14,7 +15,8 @@
 
 namespace tessaly::telephony {
 
-class MessageRecord final : public GSM::Message {
+class MessageRecord final : public GSM::Message,
+                            public std::enable_shared_from_this<MessageRecord> {
 public:
     MessageRecord(Store& store, long id)
         : store_(store)
@@ -39,8 +41,6 @@ public:
     // Takes a snapshot for endEdit(true) before the first change of a stored message.
     GSM::Result beginChange();
     std::vector<std::u16string> addressNumbers() const;
-    // The name (or number) of the first address, for sorting by contact.
-    std::u16string contactKey() const;
 
     int folder = GSM::Sms::FolderOutbox;
     Status status = NotSent;
@@ -50,7 +50,10 @@ public:
     ValidityPeriod validity = Maximum;
     bool replyPath = false;
     long replyTo = 0;
-    std::vector<std::u16string> storedAddresses; // until the folder is first asked for
+    // Until the folder is first asked for; read from the store on first use when
+    // addressesUnread (a message made from its row).
+    mutable std::vector<std::u16string> storedAddresses;
+    mutable bool addressesUnread = false;
     bool stored = false;
     bool removed = false;
     bool discarded = false;
@@ -69,21 +72,6 @@ private:
     std::unique_ptr<FolderImpl> addresses_;
     std::optional<Snapshot> snapshot_;
     mutable std::u16string dateText_;
-};
-
-class ContainerImpl final : public GSM::MessageContainer {
-public:
-    explicit ContainerImpl(int sortKey)
-        : sortKey_(sortKey) {}
-    int size() const override { return int(items.size()); }
-    bool isEmpty() const override { return items.empty(); }
-    GSM::Message* get(int position) const override;
-    int getFirst(GSM::Message::Status status) const override;
-
-    std::vector<MessageRecord*> items;
-
-private:
-    int sortKey_;
 };
 
 } // namespace tessaly::telephony

@@ -185,6 +185,7 @@ void Store::simStep() {
     if (!ok) {
         // The message stays on the SIM; the host hears that the move has ended.
         message->discarded = true;
+        cache_.unpin(message->getId());
         EventQueue::instance().post([] {
             if (hostHooks().openSimNotification)
                 hostHooks().openSimNotification(-1, -1);
@@ -192,7 +193,7 @@ void Store::simStep() {
         return;
     }
     message->stored = true;
-    insertByDate(message);
+    cache_.unpin(message->getId());
     if (RadioBackend* backend = radioBackend())
         backend->simMessageStored({sim.from, sim.text, sim.date, {}});
     simMessages_.erase(simMessages_.begin());

@@ -30,17 +30,6 @@ std::u16string radioDescription() {
     return radioBackend() ? radioBackend()->description() : u"simulator";
 }
 
-bool Store::hasReceived(const std::u16string& from, const std::u16string& text,
-                        std::uint64_t ticks) const {
-    const auto& inbox = byDate_[GSM::Sms::FolderInbox];
-    return std::any_of(inbox.begin(), inbox.end(), [&](const MessageRecord* message) {
-        if (message->dateTicks != ticks || message->text != text)
-            return false;
-        const std::vector<std::u16string> numbers = message->addressNumbers();
-        return !numbers.empty() && numbers.front() == from;
-    });
-}
-
 // One recipient of the current job per call; the backend's answer schedules the next step.
 GSM::Result importReceived(const IncomingSms& message) {
     Store* store = Store::current();

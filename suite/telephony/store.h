@@ -1,15 +1,19 @@
 #pragma once
 
-// The store that owns the library's objects: messages in memory with every change written
-// through to SQLite, the phone book, preferences, service centres, SIM, cell broadcast and the
-// device. Its records have headers of their own (contact_records.h, message_records.h,
-// preference_records.h); what the radio sends goes through its SendQueue (send_queue.h).
+// The store that owns the library's objects: messages in SQLite, made into objects when they
+// are asked for (message_cache.h) and listed through windows over the database
+// (message_window.h), the phone book, preferences, service centres, SIM, cell broadcast and the
+// device in memory with every change written through. Its records have headers of their own
+// (contact_records.h, message_records.h, preference_records.h); what the radio sends goes through
+// its SendQueue (send_queue.h).
 
 #include "gsm/gsm.h"
 #include "suite/telephony/contact_records.h"
 #include "suite/telephony/database.h"
 #include "suite/telephony/events.h"
+#include "suite/telephony/message_cache.h"
 #include "suite/telephony/message_records.h"
+#include "suite/telephony/message_window.h"
 #include "suite/telephony/preference_records.h"
 #include "suite/telephony/send_queue.h"
 #include "suite/telephony/simulator.h"
@@ -50,7 +54,9 @@ constexpr int kRecipientFailed = 2;
 class Store final : private SendQueueStorage {
 public:
     static constexpr int kCbCapacity = 15;
+    // Windows kept per folder and order; only the newest hold a read transaction.
     static constexpr std::size_t kKeptSnapshots = 16;
+    static constexpr std::size_t kWindowsReading = 2;
 
     // The open store, opening the default one on first use; null when it cannot be opened.
     static Store* current();
@@ -70,7 +76,17 @@ public:
 
     // Messages.
     MessageRecord* makeMessage();
-    MessageRecord* findMessage(long id) const; // stored and not deleted
+    MessageRecord* findMessage(long id); // stored and not deleted
+    // A message a window lists (loaded when it is not an object yet); null once deleted.
+    MessageRecord* messageForWindow(long id);
+    // Every message of the folder in this SQL order, as objects.
+    std::vector<std::shared_ptr<MessageRecord>> loadFolder(int folder, const char* orderBy);
+    // The numbers of a stored message's addresses, in order.
+    std::vector<std::u16string> readAddresses(long id);
+    // Message objects alive now (the budget, those pinned, those small windows hold).
+    std::size_t cachedMessageObjects() const { return cache_.liveCount(); }
+    // Pins a stored message while it is being edited; endEdit lets go.
+    void pinForEdit(MessageRecord& message);
     GSM::Result endEdit(MessageRecord& message, bool discard);
     // Between these, what endEdit(false) hands over is held back, then stored and queued in
     // one transaction: a crash in between leaves none of it.
@@ -79,9 +95,12 @@ public:
     GSM::Result setStatus(long id, GSM::Message::Status status);
     GSM::Result deleteMessages(int folder, int ageDays);
     GSM::MessageContainer* container(int folder, int sortKey);
-    std::unique_ptr<ContainerImpl> buildContainer(int folder, int sortKey) const;
-    int messageCount(int folder) const;
-    int unreadCount() const;
+    // A window made now, not kept: what container() hands out, without the cache.
+    std::unique_ptr<MessageWindow> makeWindow(int folder, int sortKey);
+    int messageCount(int folder);
+    int unreadCount();
+    // Queues every stored Outbox message of status Send now.
+    void queueSendNow();
     GSM::Result newMessage(long replyTo, bool forward);
     GSM::Result receive(const std::u16string& from, const std::u16string& text, FILETIME date,
                         const std::u16string& serviceCentre, long* id);
@@ -91,6 +110,23 @@ public:
     GSM::Result importMessages(const std::function<bool(archive::ArchivedMessage&)>& next,
                                qint64* imported, qint64* alreadyPresent);
     GSM::Result saveMessage(MessageRecord& message);
+    // One message's row and addresses, as saveMessage and the imports write them.
+    struct MessageRow {
+        long id = 0;
+        int folder = GSM::Sms::FolderOutbox;
+        GSM::Message::Status status = GSM::Message::NotSent;
+        std::u16string_view text;
+        std::uint64_t dateTicks = 0;
+        std::u16string_view serviceCentre;
+        int validity = GSM::Message::Maximum;
+        bool replyPath = false;
+        long replyTo = 0;
+        const std::vector<std::u16string>* numbers = nullptr;
+    };
+    GSM::Result writeMessage(const MessageRow& row);
+    long takeMessageId() { return nextMessageId_++; }
+    // The case-folded name (or the number) messages from or to this number sort by.
+    std::u16string sortNameOf(const std::u16string& number);
     // Whether the radio reached the recipient at this position of a stored message.
     bool recipientSent(long id, int position);
     std::unique_ptr<FolderImpl> materializeAddresses(MessageRecord& message,
@@ -145,8 +181,7 @@ public:
     GSM::Result setSmsService(int service);
 
     // Whether the Inbox holds a message from `from` with this text and date (radio_backend.cpp).
-    bool hasReceived(const std::u16string& from, const std::u16string& text,
-                     std::uint64_t ticks) const;
+    bool hasReceived(const std::u16string& from, const std::u16string& text, std::uint64_t ticks);
 
     // What the radio sends, and how fast the simulated radio and the SIM transfer go.
     SendQueue& sendQueue() { return sendQueue_; }
@@ -155,14 +190,17 @@ public:
 private:
     struct ContainerCache {
         std::uint64_t generation = 0;
-        std::deque<std::unique_ptr<ContainerImpl>> snapshots; // newest last
+        std::deque<std::unique_ptr<MessageWindow>> snapshots; // newest last
     };
-    void insertByDate(MessageRecord* message);
-    void eraseByDate(MessageRecord* message);
     GSM::Result removeMessage(MessageRecord& message);
+    std::shared_ptr<MessageRecord> recordFromRow(const Statement& row);
+    std::shared_ptr<MessageRecord> loadMessage(long id);
+    // Gives every number's messages the sort name the phone book gives it now.
+    bool refreshSortNames(bool reportProgress);
+    // Windows two changes old let go of their read transactions, so that the log can be reset.
+    void releaseOldReaders();
     // Stores the edits and queues the Outbox messages, all or none.
     GSM::Result storeHandedOver(const std::vector<MessageRecord*>& messages);
-    void loadMessages();
     void loadContacts();
     void loadSettings();
     void loadCellBroadcast();
@@ -183,9 +221,12 @@ private:
     std::unique_ptr<Database> db_;
     Options options_;
     long nextMessageId_ = 1;
-    std::unordered_map<long, std::unique_ptr<MessageRecord>> messages_;
-    std::array<std::vector<MessageRecord*>, 2> byDate_;
+    MessageCache cache_{std::size_t(options_.messageObjectsKept)};
     std::uint64_t generation_ = 1;
+    std::uint64_t countsGeneration_ = 0;
+    std::array<std::array<int, MessageWindow::kStatuses>, 2> counts_{};
+    std::unordered_map<std::u16string, std::u16string> sortNames_;
+    bool sortNamesStale_ = false;
     bool messagesEventQueued_ = false;
     std::uint64_t phoneBookGeneration_ = 1;
     std::map<int, ContainerCache> containers_;

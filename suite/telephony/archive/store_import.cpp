@@ -37,52 +37,37 @@ GSM::Result Store::importMessages(const std::function<bool(archive::ArchivedMess
                                   qint64* imported, qint64* alreadyPresent) {
     *imported = 0;
     *alreadyPresent = 0;
+    const long firstId = nextMessageId_;
     Database::Transaction transaction(*db_);
-    std::vector<MessageRecord*> added;
-    const auto abandon = [&added](MessageRecord* last) {
-        for (MessageRecord* message : added)
-            message->discarded = true;
-        if (last)
-            last->discarded = true;
-    };
     archive::ArchivedMessage archived;
     while (next(archived)) {
         if (alreadyStored(*db_, archived)) {
             ++*alreadyPresent;
             continue;
         }
-        MessageRecord* message = makeMessage();
-        message->folder = archived.folder;
-        message->status = archived.status;
-        message->text = std::move(archived.text);
-        message->dateTicks = archived.dateTicks;
-        message->serviceCentre = std::move(archived.serviceCentre);
-        message->storedAddresses = std::move(archived.numbers);
-        if (GSM::Result result = saveMessage(*message); !result.isOk()) {
-            abandon(message);
+        // Rows, not objects: an import of a million messages holds one message at a time.
+        MessageRow row;
+        row.id = takeMessageId();
+        row.folder = archived.folder;
+        row.status = archived.status;
+        row.text = archived.text;
+        row.dateTicks = archived.dateTicks;
+        row.serviceCentre = archived.serviceCentre;
+        row.validity = settings_.validityPeriod;
+        row.replyPath = settings_.useSameServiceCentre;
+        row.numbers = &archived.numbers;
+        if (GSM::Result result = writeMessage(row); !result.isOk()) {
+            nextMessageId_ = firstId;
             return result;
         }
-        added.push_back(message);
+        ++*imported;
     }
     if (!transaction.commit()) {
-        abandon(nullptr);
+        nextMessageId_ = firstId;
+        *imported = 0;
         return db_->failure(u"The imported messages cannot be stored");
     }
-    // Appended, then ordered once: inserting each in date order would move the folder's list
-    // once per message.
-    for (MessageRecord* message : added) {
-        message->stored = true;
-        byDate_[message->folder].push_back(message);
-    }
-    for (auto& folder : byDate_) {
-        std::stable_sort(folder.begin(), folder.end(),
-                         [](const MessageRecord* a, const MessageRecord* b) {
-                             return a->dateTicks != b->dateTicks ? a->dateTicks < b->dateTicks
-                                                                 : a->getId() < b->getId();
-                         });
-    }
-    *imported = qint64(added.size());
-    if (!added.empty())
+    if (*imported > 0)
         touchMessages();
     return {};
 }
