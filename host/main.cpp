@@ -168,6 +168,14 @@ int main(int argc, char** argv) {
                 screenshot->arm();
             if (options->openMessages)
                 phone.homeScreen()->messagesButton()->click();
+            if (options->smsLink) {
+                if (const GSM::Result opened = session.openComposer(*options->smsLink);
+                    !opened.isOk()) {
+                    const QString why = QString::fromUtf16(opened.getErrorMessage());
+                    fail(QStringLiteral("the link's message cannot be opened: %1").arg(why));
+                    phone.homeScreen()->showStatus(why);
+                }
+            }
         });
         status = app.exec();
         session.stop();
