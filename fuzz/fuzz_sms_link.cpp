@@ -49,12 +49,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (!isNumber(number))
             fail("a number that is not one", link);
 
-    QString written = QStringLiteral("sms:");
-    for (qsizetype i = 0; i < parsed->numbers.size(); ++i)
-        written += (i ? QStringLiteral(",") : QString()) +
-                   QString::fromLatin1(parsed->numbers[i].toUtf8().toPercentEncoding());
-    written +=
-        QStringLiteral("?body=") + QString::fromLatin1(parsed->body.toUtf8().toPercentEncoding());
+    const QString written = tessaly::host::toSmsLink(*parsed);
     const std::optional<tessaly::host::SmsLink> again =
         tessaly::host::parseSmsLink(written, &error);
     if (!again || again->numbers != parsed->numbers || again->body != parsed->body)

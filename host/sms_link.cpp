@@ -106,4 +106,17 @@ std::optional<SmsLink> parseSmsLink(const QString& link, QString* error) {
     return parsed;
 }
 
+QString toSmsLink(const SmsLink& link) {
+    const auto encoded = [](const QString& text) {
+        return QString::fromLatin1(text.toUtf8().toPercentEncoding());
+    };
+    QStringList numbers;
+    for (const QString& number : link.numbers)
+        numbers << encoded(number);
+    QString written = kScheme + numbers.join(u',');
+    if (!link.body.isEmpty())
+        written += QStringLiteral("?body=") + encoded(link.body);
+    return written;
+}
+
 } // namespace tessaly::host

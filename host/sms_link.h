@@ -23,4 +23,7 @@ bool looksLikeSmsLink(const QString& argument);
 // recipient or one with letters in it.
 std::optional<SmsLink> parseSmsLink(const QString& link, QString* error);
 
+// The link written out, numbers and text percent-encoded: reads back as `link`.
+QString toSmsLink(const SmsLink& link);
+
 } // namespace tessaly::host

@@ -37,6 +37,22 @@ TEST(SmsLink, RecipientsAndBodyAreDecoded) {
     }
 }
 
+TEST(SmsLink, AWrittenLinkReadsBackTheSame) {
+    const tessaly::host::SmsLink links[] = {
+        {{"+4917012345"}, "Hello"},
+        {{"0170", "*100#"}, "a&b=c?d#e 100% — ok\r\n😀"},
+        {{}, "only text"},
+        {{"0170"}, {}},
+    };
+    for (const auto& link : links) {
+        const QString written = tessaly::host::toSmsLink(link);
+        const auto read = parseSmsLink(written, nullptr);
+        ASSERT_TRUE(read) << written.toStdString();
+        EXPECT_EQ(read->numbers, link.numbers) << written.toStdString();
+        EXPECT_EQ(read->body, link.body) << written.toStdString();
+    }
+}
+
 TEST(SmsLink, MalformedLinksSayWhy) {
     const QString cases[] = {
         "tel:+4917012345",        // another scheme
