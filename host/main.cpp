@@ -107,11 +107,19 @@ int main(int argc, char** argv) {
         const QString name = tessaly::host::runningPhoneName(tessaly::dataDirectory());
         const QString link =
             options->smsLink ? tessaly::host::toSmsLink(*options->smsLink) : QString();
-        if (tessaly::host::handToRunningPhone(name, link)) {
+        switch (tessaly::host::handToRunningPhone(name, link)) {
+        case tessaly::host::HandOver::NoPhone:
+            break;
+        case tessaly::host::HandOver::HandedOver:
             std::printf("tessaly-phone: the phone of this data directory is already running; "
                         "it has come to the front%s\n",
                         link.isEmpty() ? "" : " with the new message");
             return 0;
+        case tessaly::host::HandOver::NoAnswer:
+            fail(QStringLiteral("a phone runs on %1 but does not answer; end it before starting "
+                                "another on the same data")
+                     .arg(tessaly::dataDirectory()));
+            return 1;
         }
         runningPhone.emplace();
         if (!runningPhone->listen(name, &error))

@@ -30,19 +30,19 @@ QString runningPhoneName(const QString& dataDirectory) {
            QStringLiteral("/tessaly-phone-%1").arg(QString::fromLatin1(key.toHex().left(16)));
 }
 
-bool handToRunningPhone(const QString& name, const QString& link, int timeoutMs) {
+HandOver handToRunningPhone(const QString& name, const QString& link, int timeoutMs) {
     QLocalSocket socket;
     socket.connectToServer(name);
     if (!socket.waitForConnected(timeoutMs))
-        return false;
+        return HandOver::NoPhone;
     socket.write(link.toUtf8() + '\n');
     if (!socket.waitForBytesWritten(timeoutMs))
-        return false;
+        return HandOver::NoAnswer;
     while (!socket.canReadLine()) {
         if (!socket.waitForReadyRead(timeoutMs))
-            return false;
+            return HandOver::NoAnswer;
     }
-    return socket.readLine() == kAnswer;
+    return socket.readLine() == kAnswer ? HandOver::HandedOver : HandOver::NoAnswer;
 }
 
 RunningPhoneListener::RunningPhoneListener()

@@ -17,9 +17,14 @@ namespace tessaly::host {
 // after the directory's canonical path).
 QString runningPhoneName(const QString& dataDirectory);
 
-// Hands `link` (empty: just come to the front) to the phone listening on `name`. True when one
-// took it; false at once when none listens.
-bool handToRunningPhone(const QString& name, const QString& link, int timeoutMs = 3000);
+enum class HandOver {
+    NoPhone,    // nobody listens: this start is the phone
+    HandedOver, // the running phone took the link
+    NoAnswer,   // a phone listens but did not answer in time: better not start a second one
+};
+
+// Hands `link` (empty: just come to the front) to the phone listening on `name`.
+HandOver handToRunningPhone(const QString& name, const QString& link, int timeoutMs = 3000);
 
 // The running phone's side.
 class RunningPhoneListener : public QObject {

@@ -16,8 +16,8 @@ namespace {
 using namespace tessaly::host;
 
 // The hand-over blocks on its answer, so it runs beside the loop that answers it.
-bool handOverWhileListening(const QString& name, const QString& link) {
-    std::future<bool> handed =
+HandOver handOverWhileListening(const QString& name, const QString& link) {
+    std::future<HandOver> handed =
         std::async(std::launch::async, [name, link] { return handToRunningPhone(name, link); });
     const QDeadlineTimer deadline(10000);
     while (handed.wait_for(std::chrono::milliseconds(0)) != std::future_status::ready &&
@@ -38,7 +38,7 @@ TEST(RunningPhone, OneNamePerDataDirectory) {
 TEST(RunningPhone, TheRunningPhoneGetsEachLinkAndNobodyElse) {
     QTemporaryDir data;
     const QString name = runningPhoneName(data.path());
-    EXPECT_FALSE(handToRunningPhone(name, QStringLiteral("sms:0170"))) << "nobody listens yet";
+    EXPECT_EQ(handToRunningPhone(name, QStringLiteral("sms:0170")), HandOver::NoPhone);
 
     RunningPhoneListener listener;
     QStringList received;
@@ -46,8 +46,9 @@ TEST(RunningPhone, TheRunningPhoneGetsEachLinkAndNobodyElse) {
                      [&received](const QString& link) { received << link; });
     QString error;
     ASSERT_TRUE(listener.listen(name, &error)) << error.toStdString();
-    EXPECT_TRUE(handOverWhileListening(name, QStringLiteral("sms:+4917012345?body=Hi%20there")));
-    EXPECT_TRUE(handOverWhileListening(name, QString()));
+    EXPECT_EQ(handOverWhileListening(name, QStringLiteral("sms:+4917012345?body=Hi%20there")),
+              HandOver::HandedOver);
+    EXPECT_EQ(handOverWhileListening(name, QString()), HandOver::HandedOver);
     EXPECT_EQ(received, (QStringList{"sms:+4917012345?body=Hi%20there", ""}));
 }
 
@@ -57,11 +58,20 @@ TEST(RunningPhone, ASocketLeftByACrashedPhoneIsTakenOver) {
     QFile left(name);
     ASSERT_TRUE(left.open(QIODevice::WriteOnly));
     left.close();
-    EXPECT_FALSE(handToRunningPhone(name, QString()));
+    EXPECT_EQ(handToRunningPhone(name, QString()), HandOver::NoPhone);
     RunningPhoneListener listener;
     QString error;
     EXPECT_TRUE(listener.listen(name, &error)) << error.toStdString();
-    EXPECT_TRUE(handOverWhileListening(name, QString()));
+    EXPECT_EQ(handOverWhileListening(name, QString()), HandOver::HandedOver);
+}
+
+TEST(RunningPhone, APhoneThatDoesNotAnswerIsNotTakenForNone) {
+    QTemporaryDir data;
+    const QString name = runningPhoneName(data.path());
+    RunningPhoneListener listener; // its loop never runs here
+    QString error;
+    ASSERT_TRUE(listener.listen(name, &error)) << error.toStdString();
+    EXPECT_EQ(handToRunningPhone(name, QString(), 200), HandOver::NoAnswer);
 }
 
 } // namespace
