@@ -3,7 +3,7 @@ JOBS ?= $(shell nproc)
 ARGS ?= --demo
 FUZZ_SECONDS ?= 120
 
-.PHONY: run test bench fuzz build asan deps deps-run format clean
+.PHONY: run test package bench fuzz build asan deps deps-run format clean
 
 deps:
 	tools/install-deps
@@ -20,6 +20,10 @@ run: deps-run build
 
 test: build
 	ctest --preset default -j $(JOBS)
+
+# The Debian package, in build/package/ (see docs/packaging.md).
+package: build
+	cd build && cpack
 
 asan: deps
 	cmake --preset asan

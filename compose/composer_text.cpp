@@ -32,6 +32,14 @@ QString forwardedText(const QString& original) {
     return text;
 }
 
+QString withCrLfBreaks(const QString& text) {
+    QString result = text;
+    result.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    result.replace(u'\r', u'\n');
+    result.replace(QStringLiteral("\n"), QStringLiteral("\r\n"));
+    return result;
+}
+
 StartText greetingAndSignature(const QString& greeting, const QString& signature) {
     const QString head = withoutTrailingBlanks(greeting);
     if (signature.isNull())

@@ -11,6 +11,10 @@ namespace tessaly::sms {
 // then lone "\n" become "•", and every "•" (one that was already there too) becomes "\r\n".
 QString forwardedText(const QString& original);
 
+// Every line break made "\r\n", as the text field keeps them: "\r\n" stays, a lone "\r" or "\n"
+// becomes one.
+QString withCrLfBreaks(const QString& text);
+
 struct StartText {
     QString text;
     int caret = 0;

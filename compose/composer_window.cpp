@@ -94,7 +94,9 @@ ComposerWindow::ComposerWindow(GSM::Message* message, ComposerEnvironment& envir
     if (!message_)
         return;
     if (message_->getStatus() != GSM::Message::Forwarded) {
-        // A reply (or a message handed in with recipients) brings its recipients, no text.
+        // A reply brings its recipients; a message the host filled in (an sms: link) its
+        // recipients and its text.
+        startMessageText_ = withCrLfBreaks(fromWide(message_->getText()));
         if (GSM::Folder* contacts = message_->getContacts()) {
             for (int i = 0; i < contacts->size(); ++i) {
                 if (const GSM::Contact* contact = contacts->get(i)) {
@@ -143,7 +145,9 @@ bool ComposerWindow::onInitDialog() {
     }
     if (GSM::Folder* picker = GSM::PhoneBook::getFolder(GSM::PhoneBook::FolderPicker))
         picker->removeAll();
-    setFocusItem(startMessageText_.isEmpty() ? IDC_COMPOSE_TEXT : IDC_COMPOSE_TO);
+    // A forwarded text still needs its recipient; everything else goes on in the text.
+    setFocusItem(startMessageText_.isEmpty() || !startToText_.isEmpty() ? IDC_COMPOSE_TEXT
+                                                                        : IDC_COMPOSE_TO);
     return false;
 }
 

@@ -46,6 +46,11 @@ struct Parser {
                            "names another file."));
         parser.addOptions(
             {dataDir, demo, screenshot, openMessages, modem, importFile, exportFile, help});
+        parser.addPositionalArgument(
+            QStringLiteral("link"),
+            QStringLiteral("An sms: link (sms:+4917012345?body=Hello): opens a new message to "
+                           "that number with that text."),
+            QStringLiteral("[sms:link]"));
     }
 };
 
@@ -58,13 +63,17 @@ std::optional<HostOptions> parseHostArguments(const QStringList& arguments, QStr
             *error = p.parser.errorText();
         return std::nullopt;
     }
-    if (!p.parser.positionalArguments().isEmpty()) {
+    HostOptions options;
+    const QStringList positional = p.parser.positionalArguments();
+    if (positional.size() == 1 && looksLikeSmsLink(positional.constFirst())) {
+        options.smsLink = parseSmsLink(positional.constFirst(), error);
+        if (!options.smsLink)
+            return std::nullopt;
+    } else if (!positional.isEmpty()) {
         if (error)
-            *error = QStringLiteral("Unexpected argument: %1")
-                         .arg(p.parser.positionalArguments().constFirst());
+            *error = QStringLiteral("Unexpected argument: %1").arg(positional.constFirst());
         return std::nullopt;
     }
-    HostOptions options;
     options.dataDirectory = p.parser.value(p.dataDir);
     options.demo = p.parser.isSet(p.demo);
     options.screenshotPath = p.parser.value(p.screenshot);

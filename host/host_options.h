@@ -2,6 +2,8 @@
 
 // The command line of tessaly-phone.
 
+#include "host/sms_link.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -23,6 +25,8 @@ struct HostOptions {
     // without showing the phone.
     QString importFile;
     QString exportFile;
+    // An sms: link to open a composer with once the phone shows (the desktop's link handler).
+    std::optional<SmsLink> smsLink;
 };
 
 // Parses the arguments (the first one is the program). Returns nothing and sets `error` to a

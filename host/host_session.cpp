@@ -1,5 +1,6 @@
 #include "host/host_session.h"
 
+#include "host/outgoing_message.h"
 #include "host/phone_window.h"
 #include "suite/telephony/events.h"
 #include "suite/telephony/host_hooks.h"
@@ -40,6 +41,17 @@ void HostSession::stop() {
     QCoreApplication::processEvents();
     telephony::EventQueue::instance().deliverAll();
     module_.unload();
+}
+
+GSM::Result HostSession::openComposer(const SmsLink& link) {
+    if (!isRunning())
+        return GSM::Result(GSM::ErrorNotAvailable, u"The SMS module is not running.");
+    GSM::Result error;
+    GSM::Message* message = makeOutgoingMessage(link.numbers, link.body, &error);
+    if (!message)
+        return error;
+    module_.exports().editMessage(message);
+    return {};
 }
 
 void HostSession::installHooks() {

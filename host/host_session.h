@@ -4,7 +4,9 @@
 // the telephony library's events to them and hands the phone back to the home screen when the
 // module goes idle.
 
+#include "gsm/result.h"
 #include "host/module_loader.h"
+#include "host/sms_link.h"
 
 #include <QString>
 
@@ -27,6 +29,10 @@ public:
     // exitModule, then the hooks go, the library's pending events are delivered, and the
     // module is unloaded. Safe to call twice.
     void stop();
+
+    // Opens the module's composer with the link's recipients and text, as "New" would with
+    // them filled in. Fails when the module is not running or the store refuses the message.
+    GSM::Result openComposer(const SmsLink& link);
 
     bool isRunning() const { return module_.isLoaded(); }
     const SmsExports& exports() const { return module_.exports(); }

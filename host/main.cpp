@@ -12,6 +12,7 @@
 #include "host/host_session.h"
 #include "host/phone_window.h"
 #include "host/radio_choice.h"
+#include "host/running_phone.h"
 #include "host/screenshot.h"
 #include "host/system_language.h"
 #include "host/termination_signals.h"
@@ -99,6 +100,32 @@ int main(int argc, char** argv) {
     if (!options->dataDirectory.isEmpty())
         tessaly::setDataDirectory(options->dataDirectory);
 
+    // One phone per data directory: a second start hands its link to the running one. A
+    // picture run stands alone, as it always takes its own directory.
+    std::optional<tessaly::host::RunningPhoneListener> runningPhone;
+    if (options->screenshotPath.isEmpty()) {
+        const QString name = tessaly::host::runningPhoneName(tessaly::dataDirectory());
+        const QString link =
+            options->smsLink ? tessaly::host::toSmsLink(*options->smsLink) : QString();
+        switch (tessaly::host::handToRunningPhone(name, link)) {
+        case tessaly::host::HandOver::NoPhone:
+            break;
+        case tessaly::host::HandOver::HandedOver:
+            std::printf("tessaly-phone: the phone of this data directory is already running; "
+                        "it has come to the front%s\n",
+                        link.isEmpty() ? "" : " with the new message");
+            return 0;
+        case tessaly::host::HandOver::NoAnswer:
+            fail(QStringLiteral("a phone runs on %1 but does not answer; end it before starting "
+                                "another on the same data")
+                     .arg(tessaly::dataDirectory()));
+            return 1;
+        }
+        runningPhone.emplace();
+        if (!runningPhone->listen(name, &error))
+            fail(error + QStringLiteral(" (a second start will not find this phone)"));
+    }
+
     // A damaged hive would leave the phone without its settings and templates, and nothing
     // the person changed would be kept: stop before anything runs, as for the store.
     if (const QString problem = tessaly::openRegistryHives(); !problem.isEmpty()) {
@@ -161,6 +188,13 @@ int main(int argc, char** argv) {
         EndOnClose endOnClose;
         phone.homeScreen()->installEventFilter(&endOnClose);
         phone.simulator()->installEventFilter(&endOnClose);
+        const auto openLink = [&](const tessaly::host::SmsLink& link) {
+            if (const GSM::Result opened = session.openComposer(link); !opened.isOk()) {
+                const QString why = QString::fromUtf16(opened.getErrorMessage());
+                fail(QStringLiteral("the link's message cannot be opened: %1").arg(why));
+                phone.homeScreen()->showStatus(why);
+            }
+        };
         // Pressed from the event loop: the Messages press may bring up a modal box, and its
         // loop must find the picture run ready.
         QTimer::singleShot(0, &app, [&] {
@@ -168,7 +202,21 @@ int main(int argc, char** argv) {
                 screenshot->arm();
             if (options->openMessages)
                 phone.homeScreen()->messagesButton()->click();
+            if (options->smsLink)
+                openLink(*options->smsLink);
         });
+        if (runningPhone) {
+            QObject::connect(&*runningPhone, &tessaly::host::RunningPhoneListener::handedOver, &app,
+                             [&](const QString& link) {
+                                 phone.showHomeScreen();
+                                 if (link.isEmpty())
+                                     return;
+                                 if (const auto parsed = tessaly::host::parseSmsLink(link, &error))
+                                     openLink(*parsed);
+                                 else
+                                     fail(error);
+                             });
+        }
         status = app.exec();
         session.stop();
         tessaly::telephony::setRadioBackend(nullptr);

@@ -1,5 +1,7 @@
 #include "host/phone_window.h"
 
+#include "host/outgoing_message.h"
+
 #include "framework/time/clock.h"
 #include "gsm/device.h"
 #include "gsm/message.h"
@@ -284,19 +286,9 @@ QWidget* SimulatorPanel::buildSending() {
 }
 
 GSM::Result SimulatorPanel::sendFromPhone(const QString& number, const QString& text) {
-    GSM::Message* message = GSM::Message::make();
-    if (!message)
-        return GSM::Result(GSM::ErrorNotAvailable, u"The message store is not available.");
-    const std::u16string wideText = toU16(text);
-    const std::u16string wideNumber = toU16(number);
-    GSM::Result result = message->setText(wideText.c_str());
-    if (result.isOk())
-        result = message->getContacts()->add(wideNumber.c_str());
-    if (!result.isOk()) {
-        message->endEdit(true);
-        return result;
-    }
-    return message->endEdit(false);
+    GSM::Result error;
+    GSM::Message* message = makeOutgoingMessage({number}, text, &error);
+    return message ? message->endEdit(false) : error;
 }
 
 void SimulatorPanel::sendingCompleted() {

@@ -190,6 +190,41 @@ TEST_F(ComposerTest, ReplyTakesTheSenderOver) {
     EXPECT_EQ(composer.focusItemId(), IDC_COMPOSE_TEXT);
 }
 
+TEST_F(ComposerTest, AMessageFilledInByTheHostBringsItsRecipientsAndText) {
+    environment.record.insertGreeting = true;
+    const struct {
+        std::vector<std::u16string> numbers;
+        std::u16string text;
+        QString to;
+        QString shown;
+        int focus;
+    } cases[] = {
+        {{u"+4917012345"}, u"See you\nat 8", "+4917012345", "See you\r\nat 8", IDC_COMPOSE_TEXT},
+        {{u"0160", u"0170"},
+         u"Hi \u2022 all\r",
+         "0160,0170",
+         "Hi \u2022 all\r\n",
+         IDC_COMPOSE_TEXT},
+        {{}, u"No one yet", "", "No one yet", IDC_COMPOSE_TO},
+    };
+    for (const auto& c : cases) {
+        GSM::Message* message = GSM::Message::make();
+        ASSERT_NE(message, nullptr);
+        ASSERT_TRUE(message->setText(c.text.c_str()).isOk());
+        for (const std::u16string& number : c.numbers)
+            ASSERT_TRUE(message->getContacts()->add(number.c_str()).isOk());
+        ComposerWindow* composer = ComposerWindow::open(message, environment);
+        ASSERT_NE(composer, nullptr);
+        EXPECT_EQ(text(*composer, IDC_COMPOSE_TO), c.to);
+        EXPECT_EQ(text(*composer, IDC_COMPOSE_TEXT), c.shown) << "no greeting in a given text";
+        EXPECT_EQ(composer->recipientCount(), int(c.numbers.size()));
+        EXPECT_EQ(composer->isItemEnabled(IDC_COMPOSE_SEND), !c.numbers.empty());
+        EXPECT_EQ(composer->focusItemId(), c.focus);
+        composer->destroyWindow();
+        settle();
+    }
+}
+
 TEST_F(ComposerTest, TwoRecipientsAndARecipientPlaceholderMakeOneMessageEach) {
     ASSERT_TRUE(simulator::addContact(u"Anna", u"Berg", {u"0160"}).isOk());
     ASSERT_TRUE(simulator::addContact(u"Ben", u"Cole", {u"0170"}).isOk());

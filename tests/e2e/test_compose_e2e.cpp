@@ -4,10 +4,10 @@
 
 #include "framework/ui/dialog.h"
 #include "framework/ui/property_sheet.h"
-#include "resources/resource.h"
 #include "host/demo_data.h"
 #include "host/host_session.h"
 #include "host/phone_window.h"
+#include "resources/resource.h"
 #include "suite/telephony/events.h"
 #include "suite/telephony/simulator.h"
 #include "suite/telephony/telephony.h"
@@ -252,6 +252,34 @@ TEST_F(ComposeEndToEnd, TheSignatureSetInTheOptionsEndsANewMessage) {
     ASSERT_NE(newestOutboxMessage(), nullptr);
     const QString sentText = QString::fromUtf16(newestOutboxMessage()->getText());
     EXPECT_TRUE(sentText.contains(QStringLiteral("Ada Lovelace"))) << sentText.toStdString();
+    session.stop();
+}
+
+// An sms: link as the desktop hands it to the phone: the host fills a new message in and opens
+// the module's composer with it, which sends it as typed.
+TEST_F(ComposeEndToEnd, AnSmsLinkOpensTheComposerWithItsNumberAndText) {
+    testkit::ScriptedUser user;
+    tessaly::host::PhoneWindow phone;
+    phone.show();
+    tessaly::host::HostSession session(&phone);
+    const tessaly::host::SmsLink link{{"+447700900123"}, QStringLiteral("Dinner at 8?\n— Sam")};
+    EXPECT_FALSE(session.openComposer(link).isOk()) << "no module, no composer";
+    ASSERT_TRUE(e2e_test::startModule(session));
+
+    ASSERT_TRUE(session.openComposer(link).isOk());
+    ASSERT_TRUE(settleUntil([] { return !windowsOf(IDD_COMPOSER).empty(); }));
+    tessaly::Dialog& composer = *windowsOf(IDD_COMPOSER).front();
+    EXPECT_EQ(composer.itemText(IDC_COMPOSE_TO), QStringLiteral("+447700900123"));
+    EXPECT_EQ(composer.itemText(IDC_COMPOSE_TEXT), QStringLiteral("Dinner at 8?\r\n— Sam"));
+    EXPECT_TRUE(savePicture(phone, QStringLiteral("phone_sms_link.png")));
+
+    ASSERT_TRUE(testkit::click(composer, IDC_COMPOSE_SEND));
+    EXPECT_TRUE(settleUntil([] {
+        const GSM::Message* sent = newestOutboxMessage();
+        return sent && sent->getStatus() == GSM::Message::Sent;
+    }));
+    EXPECT_EQ(QString::fromUtf16(newestOutboxMessage()->getText()),
+              QStringLiteral("Dinner at 8?\r\n— Sam"));
     session.stop();
 }
 

@@ -3,6 +3,7 @@
 // registry file stops the phone before anything is written.
 
 #include "framework/time/clock.h"
+#include "host/running_phone.h"
 #include "suite/telephony/simulator.h"
 #include "suite/telephony/telephony.h"
 #include "tests/testkit/window_driver.h"
@@ -147,6 +148,35 @@ TEST(PhoneProcess, TerminationSignalsEndThePhoneCleanly) {
         EXPECT_TRUE(journalFiles(data.path()).isEmpty())
             << journalFiles(data.path()).join(u' ').toStdString();
     }
+}
+
+// A second start on the same data directory (an sms: link from the desktop) hands the link
+// to the phone that runs and ends, leaving the files to that phone alone.
+TEST(PhoneProcess, ASecondStartHandsItsLinkToTheRunningPhone) {
+    QTemporaryDir data;
+    QProcess phone;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    phone.setProcessEnvironment(environment);
+    phone.start(QStringLiteral(TESSALY_PHONE_PATH),
+                {QStringLiteral("--data-dir"), data.path(), QStringLiteral("--modem"),
+                 QStringLiteral("simulator")});
+    QByteArray output;
+    while (!output.contains("radio:") && phone.waitForReadyRead(20000))
+        output += phone.readAllStandardOutput();
+    ASSERT_TRUE(output.contains("radio:")) << phone.readAllStandardError().toStdString();
+
+    const PhoneRun second = runPhone({QStringLiteral("--data-dir"), data.path(),
+                                      QStringLiteral("sms:+447700900123?body=Hello")});
+    EXPECT_TRUE(second.finished);
+    EXPECT_EQ(second.exitCode, 0) << second.errors.toStdString();
+    EXPECT_EQ(phone.state(), QProcess::Running) << "the first phone goes on";
+
+    ::kill(pid_t(phone.processId()), SIGTERM);
+    ASSERT_TRUE(phone.waitForFinished(20000));
+    EXPECT_EQ(phone.exitCode(), 0);
+    // Gone, the phone no longer answers: the next start runs a phone of its own.
+    EXPECT_FALSE(QFile::exists(tessaly::host::runningPhoneName(data.path())));
 }
 
 } // namespace
