@@ -518,28 +518,62 @@ QString PlaceholderExpander::insertTemplate(const QString& templateName, const Q
 }
 
 QString PlaceholderExpander::markersToPlaceholders(const QString& text) {
-    return markersToPlaceholders(text, &TemplateStore::findVariableOfValue);
+    const VariableLookup lookup;
+    return markersToPlaceholders(text, [&](QStringView value) { return lookup.find(value); });
 }
 
+// Each round takes the first "<" left, turns it into "[", and the first ">" after it into "]";
+// a value found for the text between them replaces it, and is read on like the rest (a name
+// holding "<" starts another round). At most one round per character of the text, so such names
+// cannot keep it going. In one pass: what is still to be read is the back of `work`, so a
+// replacement is written just before its "]" into the room already read, without moving the rest.
 QString PlaceholderExpander::markersToPlaceholders(const QString& text,
                                                    const VariableFinder& findVariable) {
     const QString colon = placeholderColon();
-    QString out = text;
-    // At most one round per character of the text: a variable name that itself holds a "<"
-    // cannot keep the conversion going.
+    QString out;
+    out.reserve(text.size());
+    QString work = text;
+    qsizetype next = 0; // work[next, end) is still to be read
+    // No ">" in work[closeFrom, closeTo); closeTo is the next ">" or the end. Each stretch of the
+    // text is looked through once: only a replacement is looked through again.
+    qsizetype closeFrom = 0;
+    qsizetype closeTo = 0;
+    const auto firstCloseFrom = [&](qsizetype from) {
+        if (from < closeFrom || from > closeTo)
+            closeFrom = closeTo = from;
+        while (closeTo < work.size() && work.at(closeTo) != u'>')
+            ++closeTo;
+        return closeTo < work.size() ? closeTo : -1;
+    };
     for (qsizetype round = 0; round < text.size(); ++round) {
-        const qsizetype open = out.indexOf(u'<');
+        const qsizetype open = work.indexOf(u'<', next);
         if (open < 0)
             break;
-        out[open] = u'[';
-        const qsizetype close = out.indexOf(u'>', open + 1);
+        out += QStringView(work).mid(next, open - next);
+        out += u'[';
+        next = open + 1;
+        qsizetype close = firstCloseFrom(next);
         if (close < 0)
             continue;
-        out[close] = u']';
-        const QString inner = out.mid(open + 1, close - open - 1);
-        if (const std::optional<VariableMatch> match = findVariable(inner))
-            out.replace(open + 1, inner.size(), match->name + colon + match->value);
+        work[close] = u']';
+        const std::optional<VariableMatch> match =
+            findVariable(QStringView(work).mid(next, close - next));
+        if (!match)
+            continue;
+        const QString replacement = match->name + colon + match->value;
+        if (replacement.size() > close) {
+            // Not room enough before the "]": make the room at least as large as the rest.
+            const qsizetype room = replacement.size() + (work.size() - close);
+            QString roomier(room, u' ');
+            roomier += QStringView(work).mid(close);
+            work = std::move(roomier);
+            close = room;
+        }
+        next = close - replacement.size();
+        std::copy(replacement.cbegin(), replacement.cend(), work.begin() + next);
+        closeFrom = closeTo = next;
     }
+    out += QStringView(work).mid(next);
     return out;
 }
 
@@ -547,31 +581,38 @@ QString PlaceholderExpander::editorTextToBody(const QString& text, const QString
     const QString colon = placeholderColon();
     // The list placeholders of the loaded template, in order: the ones the editor showed as marks.
     std::vector<VariableMatch> loaded;
+    std::unordered_map<QString, std::size_t> firstWithValue;
+    std::unordered_map<QString, QString> spellingOf; // case-folded name: the first spelling
+    qsizetype longestValue = 0;
     for (qsizetype from = 0;;) {
         const PlaceholderSpan span = findPlaceholder(loadedBody, from, colon);
         if (span.open < 0)
             break;
-        if (!TemplateStore::isComputedVariable(span.name))
+        if (!TemplateStore::isComputedVariable(span.name)) {
+            firstWithValue.try_emplace(span.value, loaded.size());
+            spellingOf.try_emplace(span.name.toCaseFolded(), span.name);
+            longestValue = std::max(longestValue, span.value.size());
             loaded.push_back({span.name, span.value});
+        }
         from = span.close + 1;
     }
+    const VariableLookup lookup;
     std::size_t markIndex = 0;
-    return markersToPlaceholders(text, [&](const QString& value) -> std::optional<VariableMatch> {
+    return markersToPlaceholders(text, [&](QStringView value) -> std::optional<VariableMatch> {
         const std::size_t place = markIndex++;
         if (place < loaded.size() && loaded[place].value == value)
             return loaded[place];
-        for (const VariableMatch& placeholder : loaded)
-            if (placeholder.value == value)
-                return placeholder;
-        std::optional<VariableMatch> match = TemplateStore::findVariableOfValue(value);
+        if (value.size() <= longestValue) {
+            const auto same = firstWithValue.find(value.toString());
+            if (same != firstWithValue.end())
+                return loaded[same->second];
+        }
+        std::optional<VariableMatch> match = lookup.find(value);
         if (!match)
             return match;
-        for (const VariableMatch& placeholder : loaded) {
-            if (placeholder.name.compare(match->name, Qt::CaseInsensitive) == 0) {
-                match->name = placeholder.name;
-                break;
-            }
-        }
+        const auto spelt = spellingOf.find(match->name.toCaseFolded());
+        if (spelt != spellingOf.end())
+            match->name = spelt->second;
         return match;
     });
 }
