@@ -1,5 +1,6 @@
-// Placeholder expansion for a long template-rich text sent to many recipients, and the factory
-// restore of all variables (about 90 x 90 string loads and one synced write per entry).
+// Placeholder expansion for a long template-rich text sent to many recipients, the factory
+// restore of all variables (about 90 x 90 string loads and one synced write per entry), and the
+// template editor's marks back to placeholders on hostile text.
 
 #include "bench/template_rich_text.h"
 #include "framework/datadir.h"
@@ -84,6 +85,32 @@ void markersToPlaceholders(benchmark::State& state) {
         benchmark::DoNotOptimize(tessaly::sms::PlaceholderExpander::markersToPlaceholders(text));
 }
 BENCHMARK(markersToPlaceholders)->Unit(benchmark::kMillisecond);
+
+// Hostile editor text of range(0) characters: "<a " marks that never close, "<Hello> " marks
+// that each name a factory value, or marks nested as deep as the text allows.
+QString hostileEditorText(qsizetype size, int shape) {
+    switch (shape) {
+    case 0:
+        return QStringLiteral("<a ").repeated(size / 3);
+    case 1:
+        return QStringLiteral("<Hello> ").repeated(size / 8);
+    default:
+        return QString(size / 2, u'<') + QString(size / 2, u'>');
+    }
+}
+
+void markersToPlaceholdersHostile(benchmark::State& state) {
+    const StoreFixture fixture;
+    tessaly::sms::restoreFactoryVariables(true);
+    const QString text = hostileEditorText(state.range(0), int(state.range(1)));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(tessaly::sms::PlaceholderExpander::markersToPlaceholders(text));
+    state.SetItemsProcessed(state.iterations() * text.size());
+}
+BENCHMARK(markersToPlaceholdersHostile)
+    ->ArgNames({"characters", "shape"})
+    ->ArgsProduct({{10'000, 100'000, 1'000'000}, {0, 1, 2}})
+    ->Unit(benchmark::kMillisecond);
 
 } // namespace
 

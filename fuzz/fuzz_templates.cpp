@@ -1,7 +1,7 @@
 // Fuzz target for placeholder handling: arbitrary text through the send-time expansion and the
 // template editor's marks-to-placeholders conversion. Both must end and never crash, whatever
-// the brackets, colons and person names, and the bracket walk must give exactly what the simple
-// walk below gives. libFuzzer entry point; tests/templates replays it.
+// the brackets, colons and person names, and the bracket walk and the marks conversion must give
+// exactly what the simple versions below give. libFuzzer entry point; tests/templates replays it.
 
 #include "framework/datadir.h"
 #include "framework/registry/profile.h"
@@ -11,6 +11,7 @@
 #include "templates/factory_defaults.h"
 #include "templates/placeholder_expander.h"
 #include "templates/placeholder_texts.h"
+#include "templates/template_store.h"
 
 #include <QTemporaryDir>
 
@@ -19,15 +20,17 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 
 namespace {
 
 using tessaly::sms::PlaceholderExpander;
 using tessaly::sms::RecipientInfo;
 using tessaly::sms::SenderInfo;
+using tessaly::sms::VariableMatch;
 
-// The simple walk is quadratic on hostile text, and markers to placeholders reads the registry
-// for every mark; above this size only the send-time expansion runs.
+// The simple walk and the simple marks conversion are quadratic on hostile text; above this size
+// only the linear versions run.
 constexpr std::size_t kLargestForSlowSteps = 64 * 1024;
 
 // A private profile with the factory variables, so that marks find their variables.
@@ -77,6 +80,46 @@ QString simpleWalk(const QString& text, const SenderInfo& senderInfo,
     }
     return out;
 }
+
+// Marks back to placeholders as first written, kept as the oracle: each round searches the
+// whole text again for the first "<" and the ">" after it, and replaces the text between them.
+QString simpleMarks(const QString& text, const PlaceholderExpander::VariableFinder& findVariable) {
+    const QString colon = tessaly::sms::placeholderColon();
+    QString out = text;
+    for (qsizetype round = 0; round < text.size(); ++round) {
+        const qsizetype open = out.indexOf(u'<');
+        if (open < 0)
+            break;
+        out[open] = u'[';
+        const qsizetype close = out.indexOf(u'>', open + 1);
+        if (close < 0)
+            continue;
+        out[close] = u']';
+        const QString inner = out.mid(open + 1, close - open - 1);
+        if (const std::optional<VariableMatch> match = findVariable(inner))
+            out.replace(open + 1, inner.size(), match->name + colon + match->value);
+    }
+    return out;
+}
+
+// A finder whose answers bring new marks in ("a" is the variable "x<", "b" has the value "b>")
+// or are longer than the mark they replace (the empty mark); any other value as the store
+// answers it. Counts its calls.
+struct AwkwardFinder {
+    const tessaly::sms::VariableLookup& lookup;
+    int* calls;
+
+    std::optional<VariableMatch> operator()(QStringView value) const {
+        ++*calls;
+        if (value == u"a")
+            return VariableMatch{QStringLiteral("x<"), QStringLiteral("a")};
+        if (value == u"b")
+            return VariableMatch{QStringLiteral("y"), QStringLiteral("b>")};
+        if (value.isEmpty())
+            return VariableMatch{QStringLiteral("a name longer than the mark it replaces"), {}};
+        return lookup.find(value);
+    }
+};
 
 // Token mode: each byte picks a piece, so that placeholders, half placeholders and repeats of
 // the same placeholder turn up far more often than in random text.
@@ -138,8 +181,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (sent.contains(u'[') || sent.contains(u']') || sent.contains(u'<') || sent.contains(u'>'))
         fail("a mark is left in the sent text");
     if (size <= kLargestForSlowSteps) {
-        const QString body = PlaceholderExpander::markersToPlaceholders(text);
-        (void)body;
+        static const tessaly::sms::VariableLookup lookup;
+        int calls = 0;
+        int simpleCalls = 0;
+        const QString body =
+            PlaceholderExpander::markersToPlaceholders(text, AwkwardFinder{lookup, &calls});
+        if (body != simpleMarks(text, AwkwardFinder{lookup, &simpleCalls}))
+            fail("marks to placeholders differs from the simple conversion");
+        if (calls != simpleCalls)
+            fail("marks to placeholders asks for another number of values");
     }
+    // The editor's save, on any size: loaded from the same text, as after a paste into it.
+    const QString body = PlaceholderExpander::editorTextToBody(text, text);
+    if (body.size() < text.size())
+        fail("marks to placeholders lost text");
     return 0;
 }

@@ -90,9 +90,12 @@ QString placeholderMark(const QString& name, const QString& colon) {
 // "<" ">" or replacing the span uses up that "]", so what is left of the group joins the next
 // one. Replacing a sender or recipient span also replaces, at once, every later group that ends
 // with the same span; that is applied lazily here: when a group is reached, it is tested against
-// the spans replaced so far, each as the group stood when that span was replaced (a carried
-// part that joined later did not belong to it then). Spans are compared by a polynomial hash of
-// the group's suffix, and confirmed character by character, so the walk is linear in the text.
+// the spans replaced so far, each as the group stood when that span was replaced. A carried part
+// that joined at step k (the number of spans recorded by then; a replacement joins its rest one
+// step after its span) did not belong to the group before, so only spans from k on can start in
+// it; each carried part keeps its own step, as an earlier part may have joined later than a later
+// one. Spans are compared by a polynomial hash of the group's suffix, and confirmed character by
+// character, so the walk is linear in the text.
 class PlaceholderWalk {
 public:
     PlaceholderWalk(const QString& senderMark, const QString& recipientMark)
@@ -176,6 +179,8 @@ private:
 
     void pushText(QStringView text) {
         const qsizetype start = cur_.size();
+        if (!text.isEmpty() && (joins_.empty() || joins_.back().since != 0))
+            joins_.push_back({start, 0});
         cur_.append(text);
         for (qsizetype at = text.indexOf(u'['); at >= 0; at = text.indexOf(u'[', at + 1))
             opens_.push_back(start + at);
@@ -195,9 +200,9 @@ private:
     }
 
     void append(QStringView group) {
-        carried_ = cur_.size();
+        const qsizetype start = cur_.size();
         pushText(group);
-        judgeMarksFrom(carried_);
+        judgeMarksFrom(start);
     }
 
     // What is left of the group before `at`, then `replacement` (which holds no brackets).
@@ -205,6 +210,19 @@ private:
         truncate(at);
         pushText(replacement);
         judgeMarksFrom(at);
+    }
+
+    // The group's "]" is used up at step `step`: all of it joins the next group, and only spans
+    // recorded from `step` on can reach back into it. A part that joined even later keeps its
+    // own, later step.
+    void joinNextGroupAt(std::size_t step) {
+        qsizetype start = cur_.size();
+        while (!joins_.empty() && joins_.back().since <= step) {
+            start = joins_.back().start;
+            joins_.pop_back();
+        }
+        if (start < cur_.size())
+            joins_.push_back({start, step});
     }
 
     void truncate(qsizetype length) {
@@ -215,12 +233,13 @@ private:
             opens_.pop_back();
         while (!candidates_.empty() && candidates_.back() >= length)
             candidates_.pop_back();
+        while (!joins_.empty() && joins_.back().start >= length)
+            joins_.pop_back();
     }
 
     void flushInto(QString& out) {
         out += cur_;
         truncate(0);
-        joinedAt_ = recorded_.size();
     }
 
     // The earliest recorded span the group ended with when it was recorded; replaces it.
@@ -229,9 +248,13 @@ private:
             return false;
         std::size_t best = recorded_.size();
         qsizetype bestAt = -1;
+        // Going left, the parts joined ever later: the join steps only grow.
+        auto join = joins_.rbegin();
         for (auto it = candidates_.rbegin(); it != candidates_.rend(); ++it) {
             const qsizetype at = *it;
-            const std::size_t earliest = at >= carried_ ? 0 : joinedAt_;
+            while (join->start > at)
+                ++join;
+            const std::size_t earliest = join->since;
             if (earliest >= recorded_.size())
                 break;
             const auto sameLength = byLength_.find(cur_.size() - at);
@@ -258,7 +281,7 @@ private:
         if (bestAt < 0)
             return false;
         replaceFrom(bestAt, recorded_[best].replacement);
-        joinedAt_ = best + 1;
+        joinNextGroupAt(best + 1);
         return true;
     }
 
@@ -275,7 +298,7 @@ private:
                 prefix_.resize(std::size_t(last) + 1);
             opens_.pop_front();
             judgeMarksFrom(last);
-            joinedAt_ = recorded_.size();
+            joinNextGroupAt(recorded_.size());
             return;
         }
         const bool sender = isMarkAt(open, senderMark_);
@@ -287,7 +310,7 @@ private:
         byLength_[span.size()].push_back(recorded_.size());
         recorded_.push_back({span, replacement});
         replaceFrom(open, replacement);
-        joinedAt_ = recorded_.size();
+        joinNextGroupAt(recorded_.size());
     }
 
     const QString& senderMark_;
@@ -298,8 +321,13 @@ private:
     std::vector<std::uint64_t> powers_{1};
     std::deque<qsizetype> opens_;      // every "[" in cur_
     std::deque<qsizetype> candidates_; // the "[" that start a sender or recipient span
-    qsizetype carried_ = 0;            // cur_ before this point came from earlier groups
-    std::size_t joinedAt_ = 0;         // spans recorded from here on apply to that part
+    // Where cur_'s parts joined the group: from `start` on, only spans recorded from step
+    // `since` on (the index into recorded_) were replaced in them; 0 for the group's own text.
+    struct Join {
+        qsizetype start;
+        std::size_t since;
+    };
+    std::vector<Join> joins_; // `since` falls from left to right
     std::vector<Recorded> recorded_;
     std::unordered_map<std::uint64_t, std::vector<std::size_t>> byHash_;
     std::unordered_map<qsizetype, std::vector<std::size_t>> byLength_;
@@ -490,28 +518,62 @@ QString PlaceholderExpander::insertTemplate(const QString& templateName, const Q
 }
 
 QString PlaceholderExpander::markersToPlaceholders(const QString& text) {
-    return markersToPlaceholders(text, &TemplateStore::findVariableOfValue);
+    const VariableLookup lookup;
+    return markersToPlaceholders(text, [&](QStringView value) { return lookup.find(value); });
 }
 
+// Each round takes the first "<" left, turns it into "[", and the first ">" after it into "]";
+// a value found for the text between them replaces it, and is read on like the rest (a name
+// holding "<" starts another round). At most one round per character of the text, so such names
+// cannot keep it going. In one pass: what is still to be read is the back of `work`, so a
+// replacement is written just before its "]" into the room already read, without moving the rest.
 QString PlaceholderExpander::markersToPlaceholders(const QString& text,
                                                    const VariableFinder& findVariable) {
     const QString colon = placeholderColon();
-    QString out = text;
-    // At most one round per character of the text: a variable name that itself holds a "<"
-    // cannot keep the conversion going.
+    QString out;
+    out.reserve(text.size());
+    QString work = text;
+    qsizetype next = 0; // work[next, end) is still to be read
+    // No ">" in work[closeFrom, closeTo); closeTo is the next ">" or the end. Each stretch of the
+    // text is looked through once: only a replacement is looked through again.
+    qsizetype closeFrom = 0;
+    qsizetype closeTo = 0;
+    const auto firstCloseFrom = [&](qsizetype from) {
+        if (from < closeFrom || from > closeTo)
+            closeFrom = closeTo = from;
+        while (closeTo < work.size() && work.at(closeTo) != u'>')
+            ++closeTo;
+        return closeTo < work.size() ? closeTo : -1;
+    };
     for (qsizetype round = 0; round < text.size(); ++round) {
-        const qsizetype open = out.indexOf(u'<');
+        const qsizetype open = work.indexOf(u'<', next);
         if (open < 0)
             break;
-        out[open] = u'[';
-        const qsizetype close = out.indexOf(u'>', open + 1);
+        out += QStringView(work).mid(next, open - next);
+        out += u'[';
+        next = open + 1;
+        qsizetype close = firstCloseFrom(next);
         if (close < 0)
             continue;
-        out[close] = u']';
-        const QString inner = out.mid(open + 1, close - open - 1);
-        if (const std::optional<VariableMatch> match = findVariable(inner))
-            out.replace(open + 1, inner.size(), match->name + colon + match->value);
+        work[close] = u']';
+        const std::optional<VariableMatch> match =
+            findVariable(QStringView(work).mid(next, close - next));
+        if (!match)
+            continue;
+        const QString replacement = match->name + colon + match->value;
+        if (replacement.size() > close) {
+            // Not room enough before the "]": make the room at least as large as the rest.
+            const qsizetype room = replacement.size() + (work.size() - close);
+            QString roomier(room, u' ');
+            roomier += QStringView(work).mid(close);
+            work = std::move(roomier);
+            close = room;
+        }
+        next = close - replacement.size();
+        std::copy(replacement.cbegin(), replacement.cend(), work.begin() + next);
+        closeFrom = closeTo = next;
     }
+    out += QStringView(work).mid(next);
     return out;
 }
 
@@ -519,31 +581,38 @@ QString PlaceholderExpander::editorTextToBody(const QString& text, const QString
     const QString colon = placeholderColon();
     // The list placeholders of the loaded template, in order: the ones the editor showed as marks.
     std::vector<VariableMatch> loaded;
+    std::unordered_map<QString, std::size_t> firstWithValue;
+    std::unordered_map<QString, QString> spellingOf; // case-folded name: the first spelling
+    qsizetype longestValue = 0;
     for (qsizetype from = 0;;) {
         const PlaceholderSpan span = findPlaceholder(loadedBody, from, colon);
         if (span.open < 0)
             break;
-        if (!TemplateStore::isComputedVariable(span.name))
+        if (!TemplateStore::isComputedVariable(span.name)) {
+            firstWithValue.try_emplace(span.value, loaded.size());
+            spellingOf.try_emplace(span.name.toCaseFolded(), span.name);
+            longestValue = std::max(longestValue, span.value.size());
             loaded.push_back({span.name, span.value});
+        }
         from = span.close + 1;
     }
+    const VariableLookup lookup;
     std::size_t markIndex = 0;
-    return markersToPlaceholders(text, [&](const QString& value) -> std::optional<VariableMatch> {
+    return markersToPlaceholders(text, [&](QStringView value) -> std::optional<VariableMatch> {
         const std::size_t place = markIndex++;
         if (place < loaded.size() && loaded[place].value == value)
             return loaded[place];
-        for (const VariableMatch& placeholder : loaded)
-            if (placeholder.value == value)
-                return placeholder;
-        std::optional<VariableMatch> match = TemplateStore::findVariableOfValue(value);
+        if (value.size() <= longestValue) {
+            const auto same = firstWithValue.find(value.toString());
+            if (same != firstWithValue.end())
+                return loaded[same->second];
+        }
+        std::optional<VariableMatch> match = lookup.find(value);
         if (!match)
             return match;
-        for (const VariableMatch& placeholder : loaded) {
-            if (placeholder.name.compare(match->name, Qt::CaseInsensitive) == 0) {
-                match->name = placeholder.name;
-                break;
-            }
-        }
+        const auto spelt = spellingOf.find(match->name.toCaseFolded());
+        if (spelt != spellingOf.end())
+            match->name = spelt->second;
         return match;
     });
 }

@@ -4,9 +4,9 @@
 #include "framework/ui/menu.h"
 #include "framework/ui/shell.h"
 #include "resources/resource.h"
-#include "util/context_menu.h"
 #include "templates/placeholder_expander.h"
 #include "templates/placeholder_texts.h"
+#include "util/context_menu.h"
 
 #include <QAbstractItemView>
 #include <QAbstractScrollArea>

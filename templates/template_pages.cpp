@@ -5,11 +5,11 @@
 #include "framework/ui/shell.h"
 
 #include "resources/resource.h"
-#include "util/context_menu.h"
 #include "settings/sms_settings.h"
 #include "templates/factory_defaults.h"
 #include "templates/template_editing.h"
 #include "templates/template_editors.h"
+#include "util/context_menu.h"
 #include <QHeaderView>
 
 namespace tessaly::sms {

@@ -6,6 +6,7 @@
 #include "resources/resource.h"
 #include "templates/placeholder_texts.h"
 
+#include <algorithm>
 #include <array>
 
 namespace tessaly::sms {
@@ -84,12 +85,6 @@ QStringList walkEntries(const QString& section) {
     for (const QString& key : TemplateStore::walkKeys(read(section, TemplateStore::kCountEntry)))
         texts.append(readNonNull(section, key));
     return texts;
-}
-
-bool variableMatches(const QString& variable, const QString& text) {
-    if (text == variable)
-        return true;
-    return TemplateStore::readVariable(variable).values.contains(text);
 }
 
 // The span of each placeholder "[...]" in `body`, brackets included, in text order.
@@ -270,32 +265,53 @@ void TemplateStore::renameVariable(const QString& oldName, const QString& newNam
     deleteVariableKey(oldName);
 }
 
-std::optional<VariableMatch> TemplateStore::findVariableOfValue(const QString& text) {
-    for (int id = IDS_BUILTIN_VARIABLES_FIRST; id <= IDS_BUILTIN_VARIABLES_LAST; ++id) {
-        const QString name = loadString(id);
-        if (!name.isEmpty() && variableMatches(name, text))
-            return VariableMatch{name, text};
+VariableLookup::VariableLookup() {
+    QStringList names;
+    for (int id = IDS_BUILTIN_VARIABLES_FIRST; id <= IDS_BUILTIN_VARIABLES_LAST; ++id)
+        names.append(loadString(id));
+    names += TemplateStore::userAddedVariables();
+    // A variable's own name before its values, and the variables in turn: the first one wins.
+    for (const QString& name : std::as_const(names)) {
+        if (name.isEmpty())
+            continue;
+        variableOf_.try_emplace(name, name);
+        longest_ = std::max(longest_, name.size());
+        for (const QString& value : TemplateStore::readVariable(name).values) {
+            variableOf_.try_emplace(value, name);
+            longest_ = std::max(longest_, value.size());
+        }
     }
-    for (const QString& name : userAddedVariables()) {
-        if (!name.isEmpty() && variableMatches(name, text))
-            return VariableMatch{name, text};
+}
+
+std::optional<VariableMatch> VariableLookup::find(QStringView text) const {
+    if (text.size() <= longest_) {
+        const auto found = variableOf_.find(text.toString());
+        if (found != variableOf_.end())
+            return VariableMatch{found->second, text.toString()};
     }
-    const qsizetype colon = text.indexOf(placeholderColon());
-    if (colon < 0)
-        return std::nullopt;
-    const QString prefix = text.left(colon);
+    // Failing that, a "Sender:", "Contact:" or "Recipient:" prefix, the name compared with its
+    // usual length, so the colon is only looked for among the first characters.
     const struct {
         qsizetype length;
         int id;
     } prefixes[] = {{6, IDS_VAR_SENDER}, {7, IDS_VAR_CONTACT}, {9, IDS_VAR_RECIPIENT}};
+    const QString colonText = placeholderColon();
+    const qsizetype colon = text.left(9 + colonText.size()).indexOf(colonText);
+    if (colon < 0)
+        return std::nullopt;
+    const QStringView prefix = text.left(colon);
     for (const auto& candidate : prefixes) {
         if (prefix.size() != candidate.length || prefix != loadString(candidate.id))
             continue;
         // A contact keeps only what follows "Contact:" as its value.
-        const QString value = candidate.id == IDS_VAR_CONTACT ? text.mid(8) : text;
-        return VariableMatch{prefix, value};
+        const QStringView value = candidate.id == IDS_VAR_CONTACT ? text.mid(8) : text;
+        return VariableMatch{prefix.toString(), value.toString()};
     }
     return std::nullopt;
+}
+
+std::optional<VariableMatch> TemplateStore::findVariableOfValue(const QString& text) {
+    return VariableLookup().find(text);
 }
 
 } // namespace tessaly::sms

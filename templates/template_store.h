@@ -14,6 +14,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 namespace tessaly::sms {
@@ -39,6 +40,19 @@ struct VariableMatch {
     QString value;
 
     bool operator==(const VariableMatch&) const = default;
+};
+
+// The variable that a marked value belongs to, for many marks: every variable is read once, and
+// each answer is the one TemplateStore::findVariableOfValue gives while the store is unchanged.
+// A text longer than every name and value is answered without being read through.
+class VariableLookup {
+public:
+    VariableLookup();
+    std::optional<VariableMatch> find(QStringView text) const;
+
+private:
+    std::unordered_map<QString, QString> variableOf_; // name or value: the first variable with it
+    qsizetype longest_ = 0;
 };
 
 class TemplateStore {

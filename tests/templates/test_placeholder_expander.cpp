@@ -173,6 +173,12 @@ TEST_F(PlaceholderExpanderTest, TheBracketWalkOnTangledText) {
         // Here "[x" takes the first copy's "]", and the rest is one span naming no field.
         {"[x [Sender:Phone] [Sender:Phone]", "<x "},
         {"[Recipient:Initials]]]", "BM]]"},
+        // "[Sender:x]" and "[Sender:]" name no field and go. Replacing "[Sender:]" leaves
+        // "[[Sender:" to join the "]" at the end, after "[Sender:x]" went: the "[Sender:]" it
+        // then ends with came too late to be replaced.
+        {"[Sender:x][Sender:][[Sender:[Sender:][Sender:x]]", "<[Sender:>"},
+        // Here the "[[Sender:" left by "[Sender:x]" joins the "]" before "[Sender:]" goes.
+        {"[Sender:x][Sender:][[Sender:[Sender:x]]", "["},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.text);
