@@ -160,8 +160,8 @@ bool readTimestamp(Reader& reader, Timestamp& time, std::string& error) {
         return false;
     }
     int fields[7] = {};
-    for (std::size_t i = 0; i < 7; ++i) {
-        const int high = octets[i] & (i == 6 ? 0x07 : 0x0f);
+    for (std::size_t i = 0; i < 6; ++i) {
+        const int high = octets[i] & 0x0f;
         const int low = octets[i] >> 4;
         if (high > 9 || low > 9) {
             error = "a timestamp holds a semi-octet that is no decimal digit";
@@ -169,6 +169,9 @@ bool readTimestamp(Reader& reader, Timestamp& time, std::string& error) {
         }
         fields[i] = high * 10 + low;
     }
+    // TS 23.040 9.2.3.11: real service centres put non-decimal digits in the time zone (…A0);
+    // its digits are read by value, as oFono does, so a report is never lost over its zone.
+    fields[6] = std::min((octets[6] & 0x07) * 10 + (octets[6] >> 4), 79);
     time = {2000 + fields[0],
             fields[1],
             fields[2],
@@ -255,32 +258,41 @@ Result<Bytes> appendUserData(Bytes& out, const UserData& userData) {
     return {Bytes{}, {}};
 }
 
-bool readHeader(std::span<const std::uint8_t> elements, UserData& userData, std::string& error) {
+std::optional<Concatenation> concatenationOf(const InformationElement& element) {
+    const Bytes& d = element.data;
+    std::optional<Concatenation> concat;
+    if (element.id == kConcat8 && d.size() == 3)
+        concat = Concatenation{d[0], d[1], d[2], false};
+    else if (element.id == kConcat16 && d.size() == 4)
+        concat = Concatenation{d[0] << 8 | d[1], d[2], d[3], true};
+    // TS 23.040 9.2.3.24.1: a sequence number of 0 or above the total voids the element.
+    if (concat && (concat->total == 0 || concat->sequence == 0 || concat->sequence > concat->total))
+        return std::nullopt;
+    return concat;
+}
+
+// An element running past the header ends the header there (the header length still bounds the
+// text). Exactly one valid concatenation element is followed; with two or more the message is
+// read as a single one and every element kept as it came.
+void readHeader(std::span<const std::uint8_t> elements, UserData& userData) {
     std::size_t i = 0;
+    int validConcatenations = 0;
     while (i < elements.size()) {
-        if (elements.size() - i < 2 || elements[i + 1] > elements.size() - i - 2) {
-            error = "a header element runs past the header";
-            return false;
-        }
+        if (elements.size() - i < 2 || elements[i + 1] > elements.size() - i - 2)
+            break;
         InformationElement element{
             elements[i], Bytes(elements.begin() + std::ptrdiff_t(i + 2),
                                elements.begin() + std::ptrdiff_t(i + 2 + elements[i + 1]))};
         i += 2 + elements[i + 1];
-        const Bytes& d = element.data;
-        std::optional<Concatenation> concat;
-        if (element.id == kConcat8 && d.size() == 3)
-            concat = Concatenation{d[0], d[1], d[2], false};
-        else if (element.id == kConcat16 && d.size() == 4)
-            concat = Concatenation{d[0] << 8 | d[1], d[2], d[3], true};
-        // An invalid or second concatenation element is kept as it came, not followed.
-        if (concat && !userData.concatenation && concat->total > 0 && concat->sequence > 0 &&
-            concat->sequence <= concat->total) {
-            userData.concatenation = concat;
-        } else {
-            userData.otherElements.push_back(std::move(element));
-        }
+        validConcatenations += concatenationOf(element).has_value();
+        userData.otherElements.push_back(std::move(element));
     }
-    return true;
+    if (validConcatenations != 1)
+        return;
+    const auto concat = std::find_if(userData.otherElements.begin(), userData.otherElements.end(),
+                                     [](const auto& e) { return concatenationOf(e).has_value(); });
+    userData.concatenation = concatenationOf(*concat);
+    userData.otherElements.erase(concat);
 }
 
 bool readUserData(Reader& reader, bool headerPresent, std::uint8_t coding, UserData& userData,
@@ -315,8 +327,7 @@ bool readUserData(Reader& reader, bool headerPresent, std::uint8_t coding, UserD
             error = "the user data header is longer than the user data";
             return false;
         }
-        if (!readHeader(body.subspan(1, headerOctets - 1), userData, error))
-            return false;
+        readHeader(body.subspan(1, headerOctets - 1), userData);
     }
     switch (*alphabet) {
     case Alphabet::Gsm7: {
@@ -399,6 +410,22 @@ Result<Bytes> encodeStatusReport(const StatusReport& report) {
     appendTimestamp(out, report.serviceCentreTime);
     appendTimestamp(out, report.dischargeTime);
     out.push_back(report.status);
+    // TS 23.040 9.2.2.3 / 9.2.3.27: the parameter indicator names the optional fields present.
+    const std::uint8_t indicator =
+        std::uint8_t(report.protocolId.has_value() | report.dataCoding.has_value() << 1 |
+                     report.userData.has_value() << 2);
+    if (!indicator)
+        return {out, {}};
+    out.push_back(indicator);
+    if (report.protocolId)
+        out.push_back(*report.protocolId);
+    if (report.dataCoding)
+        out.push_back(*report.dataCoding);
+    if (report.userData) {
+        out[0] |= std::uint8_t(hasHeader(*report.userData) << 6);
+        if (auto added = appendUserData(out, *report.userData); !added)
+            return added;
+    }
     return {out, {}};
 }
 
@@ -467,6 +494,25 @@ Result<Tpdu> decodeStatusReport(Reader& reader, std::uint8_t first) {
         return failed(error);
     if (!reader.octet(report.status))
         return failed("the PDU ends before the status");
+    // TS 23.040 9.2.2.3: optional fields follow a parameter indicator; extension octets (bit 7)
+    // name nothing this reader uses. An unreadable optional part is dropped, never the report.
+    std::uint8_t indicator = 0;
+    if (!reader.octet(indicator))
+        return {Tpdu{std::move(report)}, {}};
+    for (std::uint8_t more = indicator; more & 0x80;)
+        if (!reader.octet(more))
+            return {Tpdu{std::move(report)}, {}};
+    std::uint8_t octet = 0;
+    if ((indicator & 0x01) && reader.octet(octet))
+        report.protocolId = octet;
+    if ((indicator & 0x02) && reader.octet(octet))
+        report.dataCoding = octet;
+    if (indicator & 0x04) {
+        UserData userData;
+        const std::uint8_t coding = report.dataCoding.value_or(0);
+        if (alphabetOf(coding) && readUserData(reader, first & 0x40, coding, userData, error))
+            report.userData = std::move(userData);
+    }
     return {Tpdu{std::move(report)}, {}};
 }
 

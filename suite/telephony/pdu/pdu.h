@@ -157,6 +157,10 @@ struct StatusReport {
     Timestamp serviceCentreTime;
     Timestamp dischargeTime;
     std::uint8_t status = 0; // 0: delivered
+    // Optional fields, present when the parameter indicator names them.
+    std::optional<std::uint8_t> protocolId;
+    std::optional<std::uint8_t> dataCoding;
+    std::optional<UserData> userData;
     bool operator==(const StatusReport&) const = default;
 };
 
