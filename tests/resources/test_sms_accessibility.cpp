@@ -4,10 +4,10 @@
 #include "framework/resources/resources.h"
 #include "framework/ui/dialog.h"
 #include "resources/sms_resources.h"
+#include "tests/testkit/accessibility.h"
 #include "tests/testkit/window_test.h"
 
 #include <QAccessible>
-#include <QAccessibleInterface>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -15,44 +15,6 @@
 namespace {
 
 using namespace tessaly;
-
-bool isOperable(QAccessible::Role role) {
-    switch (role) {
-    case QAccessible::PushButton:
-    case QAccessible::CheckBox:
-    case QAccessible::RadioButton:
-    case QAccessible::EditableText:
-    case QAccessible::ComboBox:
-    case QAccessible::List:
-    case QAccessible::Table:
-    case QAccessible::Tree:
-    case QAccessible::SpinBox:
-    case QAccessible::Slider:
-    case QAccessible::ButtonMenu:
-    case QAccessible::ButtonDropDown:
-        return true;
-    default:
-        return false;
-    }
-}
-
-// "role 'objectName/class'" for every unnamed operable control under `node`.
-void collectUnnamed(QAccessibleInterface* node, QStringList& unnamed, int depth = 0) {
-    if (!node || depth > 12)
-        return;
-    if (isOperable(node->role()) && node->text(QAccessible::Name).trimmed().isEmpty()) {
-        QObject* object = node->object();
-        unnamed.append(QStringLiteral("role %1 %2")
-                           .arg(int(node->role()))
-                           .arg(object ? QString::fromUtf8(object->metaObject()->className())
-                                       : QStringLiteral("(item)")));
-    }
-    // Rows and cells of a list carry their own text; the list itself is what must be named.
-    if (node->role() == QAccessible::Table || node->role() == QAccessible::List)
-        return;
-    for (int i = 0; i < node->childCount(); ++i)
-        collectUnnamed(node->child(i), unnamed, depth + 1);
-}
 
 class SmsAccessibility : public testkit::WindowTest,
                          public ::testing::WithParamInterface<const char*> {};
@@ -69,10 +31,8 @@ TEST_P(SmsAccessibility, EveryOperableControlOfEveryWindowHasAName) {
                      << "dialog " << id << " \"" << dialogTemplate.caption.toStdString() << "\"");
         Dialog dialog(id);
         ASSERT_TRUE(dialog.create(&host));
-        QAccessibleInterface* root = QAccessible::queryAccessibleInterface(dialog.window());
-        ASSERT_NE(root, nullptr);
-        QStringList unnamed;
-        collectUnnamed(root, unnamed);
+        ASSERT_NE(QAccessible::queryAccessibleInterface(dialog.window()), nullptr);
+        const QStringList unnamed = testkit::unnamedOperableControls(dialog.window());
         EXPECT_TRUE(unnamed.isEmpty()) << unnamed.join(QStringLiteral("; ")).toStdString();
         dialog.destroyWindow();
         ++walked;
