@@ -113,6 +113,9 @@ void nameControls(const std::vector<NamedControl>& controls, const QString& wind
         QString name = widget->accessibleName();
         if (name.isEmpty() && hasTextOfItsOwn(widget))
             name = accessibleText(ownText(widget));
+        if (auto* upDown = qobject_cast<UpDown*>(widget);
+            name.isEmpty() && upDown && upDown->buddy())
+            name = upDown->buddy()->accessibleName();
         if (name.isEmpty() && !isLabel && !hasTextOfItsOwn(widget))
             name = pendingLabel;
         if (name.isEmpty() && !isLabel)
