@@ -49,6 +49,7 @@ void CbTicker::refresh() {
     if (!control_ || !preferences || !preferences->tickerScrolls() || folder.size() < 1) {
         scroller_.reset();
         setShown(false);
+        announce({});
         return;
     }
     const TickerOrientation wanted = preferences->tickerHorizontal() ? TickerOrientation::Horizontal
@@ -66,8 +67,20 @@ void CbTicker::replaceScroller(TickerOrientation orientation) {
     scroller_.reset();
     orientation_ = orientation;
     scroller_ = std::make_unique<TickerScroller>(orientation, control_, scrollRect(), [this] {
-        return tickerItems(GSM::CbFolder(), emphasisChannel_);
+        std::vector<TickerItem> items = tickerItems(GSM::CbFolder(), emphasisChannel_);
+        announce(items);
+        return items;
     });
+}
+
+void CbTicker::announce(const std::vector<TickerItem>& items) {
+    // The line is painted, so a screen reader learns what it shows from the control's name.
+    QStringList texts;
+    for (const TickerItem& item : items)
+        texts.append(item.text);
+    const QString name = texts.join(QStringLiteral(" • "));
+    if (control_ && control_->accessibleName() != name)
+        control_->setAccessibleName(name);
 }
 
 void CbTicker::setShown(bool shown) {

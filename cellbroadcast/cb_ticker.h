@@ -55,6 +55,8 @@ protected:
 private:
     QRect scrollRect() const;
     void replaceScroller(TickerOrientation orientation);
+    // Gives the control the texts it shows as its accessible name.
+    void announce(const std::vector<TickerItem>& items);
     void setShown(bool shown);
 
     QPointer<QWidget> control_;

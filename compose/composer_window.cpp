@@ -8,6 +8,7 @@
 #include "compose/status_line.h"
 #include "compose/submit.h"
 #include "framework/resources/resources.h"
+#include "framework/ui/accessible_names.h"
 #include "framework/ui/menu.h"
 #include "framework/ui/modeless.h"
 #include "framework/ui/shell.h"
@@ -123,6 +124,12 @@ bool ComposerWindow::onInitDialog() {
     for (int id : {IDC_COMPOSE_RECIPIENTS, IDC_COMPOSE_COUNTER})
         if (StaticLabel* label = staticLabel(id))
             label->setBackgroundColor(kStatusBackground);
+    // The arrows and the favourites button show pictures; a screen reader says these instead.
+    for (const auto [id, name] : {std::pair{IDC_COMPOSE_DOWN, IDS_A11Y_SHOW_DETAILS},
+                                  std::pair{IDC_COMPOSE_UP, IDS_A11Y_HIDE_DETAILS},
+                                  std::pair{IDC_COMPOSE_RECP, IDS_A11Y_FAVOURITES}})
+        if (QWidget* button = item(id))
+            setControlAccessibleName(button, loadString(name));
     if (CommandBar* bar = createCommandBar(IDR_MENU_EDIT))
         bar->addButtons(IDB_COMMAND_BAR, {{IDM_EDIT_CUT, kImageCut},
                                           {IDM_EDIT_COPY, kImageCopy},

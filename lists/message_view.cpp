@@ -1,6 +1,7 @@
 #include "lists/message_view.h"
 
 #include "framework/resources/resources.h"
+#include "framework/ui/accessible_names.h"
 #include "framework/ui/menu.h"
 #include "framework/ui/screen.h"
 #include "lists/main_window.h"
@@ -70,6 +71,11 @@ bool MessageView::onInitDialog() {
                         {{outbox ? IDM_VIEW_OUTBOX_NEW : IDM_VIEW_INBOX_NEW, kImageNew}});
     if (QWidget* title = item(IDC_VIEW_TITLE))
         title->setFont(titleFont_);
+    // The arrows show pictures; a screen reader says these instead.
+    for (const auto [id, name] : {std::pair{IDC_VIEW_DOWN, IDS_A11Y_SHOW_DETAILS},
+                                  std::pair{IDC_VIEW_UP, IDS_A11Y_HIDE_DETAILS}})
+        if (QWidget* button = item(id))
+            setControlAccessibleName(button, loadString(name));
     if (message_)
         fillFields();
     showDetails(false);

@@ -461,3 +461,8 @@
 #define IDS_SEARCH_NOTHING 12191
 #define IDS_SEARCH_ONE 12192
 #define IDS_SEARCH_MANY 12193
+
+// Accessible names of buttons that show a picture instead of a text.
+#define IDS_A11Y_SHOW_DETAILS 12300 // the down arrow of the composer and the message view
+#define IDS_A11Y_HIDE_DETAILS 12301 // the up arrow
+#define IDS_A11Y_FAVOURITES 12302   // the composer's favourites button

@@ -4,6 +4,7 @@
 
 #include "framework/resources/resources.h"
 #include "framework/time/clock.h"
+#include "framework/ui/accessible_names.h"
 #include "framework/ui/menu.h"
 #include "framework/ui/screen.h"
 #include "framework/ui/useragent.h"
@@ -384,6 +385,12 @@ void Dialog::createControls() {
     }
     for (const Control& control : controls_)
         connectControl(control.id, control.widget);
+    installAccessibleFactory();
+    std::vector<NamedControl> named;
+    named.reserve(controls_.size());
+    for (const Control& control : controls_)
+        named.push_back(NamedControl{control.source, control.widget});
+    nameControls(named, template_.caption);
 }
 
 QWidget* Dialog::createControl(const ControlTemplate& control) {

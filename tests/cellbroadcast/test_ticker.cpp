@@ -2,6 +2,8 @@
 #include "cellbroadcast/cb_ticker.h"
 #include "framework/ui/controls.h"
 
+#include <QAccessible>
+#include <QAccessibleInterface>
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
@@ -87,6 +89,28 @@ TEST_F(TickerTest, OffOrWithoutMessagesItShowsNothingAndRunsNoTimer) {
     broadcast(50, u"Halvern Centre");
     EXPECT_FALSE(ticker->isShown());
     EXPECT_EQ(clock.activeTimers(), 0u);
+}
+
+// A screen reader reads the painted line through the label's accessible name.
+TEST_F(TickerTest, ItsLabelIsNamedWithTheTextsItShows) {
+    const auto spokenName = [this] {
+        QAccessibleInterface* node = QAccessible::queryAccessibleInterface(line.get());
+        return node ? node->text(QAccessible::Name) : QStringLiteral("(no interface)");
+    };
+    subscribe({{50, 51}, {221, 222}});
+    broadcast(50, u"Halvern Centre");
+    startTicker();
+    EXPECT_EQ(spokenName(), QStringLiteral("50 (09:30) Halvern Centre"));
+
+    broadcast(221, u"Sunny spells");
+    clock.advance(60000); // a cycle ends and the items are rebuilt with the new message
+    EXPECT_TRUE(spokenName().startsWith(QStringLiteral("50 (09:30) Halvern Centre")))
+        << spokenName().toStdString();
+    EXPECT_TRUE(spokenName().contains(QStringLiteral("Sunny spells")))
+        << spokenName().toStdString();
+
+    setTicker(false, true);
+    EXPECT_EQ(spokenName(), QString());
 }
 
 TEST_F(TickerTest, OneShortItemStandsStillInBothOrientations) {

@@ -5,6 +5,10 @@
 
 #include "compose/favourites.h"
 #include "framework/ui/menu.h"
+#include "tests/testkit/accessibility.h"
+
+#include <QAccessible>
+#include <QAccessibleInterface>
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -46,6 +50,39 @@ TEST_F(ComposerTest, CounterRecipientsAndSendFollowEveryChange) {
         settle();
     }
     EXPECT_TRUE(user.boxes().empty());
+}
+
+// What a screen reader says for each control, picture buttons included.
+TEST_F(ComposerTest, EveryControlAndCommandBarButtonHasASpokenName) {
+    ComposerWindow* composer = newComposer();
+    ASSERT_NE(composer, nullptr);
+    const struct {
+        int id;
+        QAccessible::Role role;
+        QString name;
+    } cases[] = {
+        {IDC_COMPOSE_SEND, QAccessible::PushButton, "SEND"},
+        {IDC_COMPOSE_DOWN, QAccessible::PushButton, "Show details"},
+        {IDC_COMPOSE_UP, QAccessible::PushButton, "Hide details"},
+        {IDC_COMPOSE_RECP, QAccessible::PushButton, "Favourites"},
+        // On Linux Qt names a combo box after its current entry.
+        {IDC_COMPOSE_TEMPLATES, QAccessible::ComboBox, "Insert Template"},
+    };
+    for (const auto& c : cases) {
+        QAccessibleInterface* node = QAccessible::queryAccessibleInterface(composer->item(c.id));
+        ASSERT_NE(node, nullptr) << c.id;
+        EXPECT_EQ(node->role(), c.role) << c.id;
+        EXPECT_EQ(node->text(QAccessible::Name), c.name) << c.id;
+    }
+    // The To: field is reached through its line, where the focus goes.
+    QWidget* toLine = composer->item(IDC_COMPOSE_TO)->focusProxy();
+    ASSERT_NE(toLine, nullptr);
+    QAccessibleInterface* to = QAccessible::queryAccessibleInterface(toLine);
+    EXPECT_EQ(to->role(), QAccessible::EditableText);
+    EXPECT_EQ(to->text(QAccessible::Name), QStringLiteral("To"));
+
+    const QStringList unnamed = testkit::unnamedOperableControls(composer->window());
+    EXPECT_TRUE(unnamed.isEmpty()) << unnamed.join(QStringLiteral("; ")).toStdString();
 }
 
 TEST_F(ComposerTest, ALetterTypedInToIsTakenBackAgain) {
