@@ -17,6 +17,7 @@ DWORD lcidForLanguage(const QString& language) {
         {QStringLiteral("nb"), 0x0414}, {QStringLiteral("pl"), 0x0415},
         {QStringLiteral("cs"), 0x0405}, {QStringLiteral("ru"), 0x0419},
         {QStringLiteral("zh"), 0x0804}, {QStringLiteral("ja"), 0x0411},
+        {QStringLiteral("qps"), 0x0501}, // the pseudo-language (qps-ploc), for layout checks
     };
     const QString code = normalizeLanguage(language);
     // Traditional Chinese is told apart by its region or script, which the code drops.

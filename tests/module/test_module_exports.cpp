@@ -251,7 +251,7 @@ TEST(ModuleLanguage, TheSystemLanguageIndexNamesTheResources) {
         int index;
         const char* language;
     } cases[] = {{0, "en"}, {1, "de"}, {2, "es"}, {3, "it"}, {4, "fr"},
-                 {5, "zh"}, {6, "zh"}, {7, "en"}, {-1, "en"}};
+                 {5, "zh"}, {6, "zh"}, {7, "qps"}, {8, "en"}, {-1, "en"}};
     for (const auto& c : cases)
         EXPECT_EQ(tessaly::sms::languageForIndex(c.index), QLatin1String(c.language)) << c.index;
 }
