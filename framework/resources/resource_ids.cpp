@@ -82,9 +82,9 @@ QStringList compareResourceIds(const ResourceScript& reference, const ResourceSc
     const IdNames names(reference);
     QStringList differences;
 
-    compareSets(keysOf(reference.strings), keysOf(translation.strings),
-                [&](int id) { return names.describe(QStringLiteral("string"), id, u"IDS_"); },
-                differences);
+    compareSets(
+        keysOf(reference.strings), keysOf(translation.strings),
+        [&](int id) { return names.describe(QStringLiteral("string"), id, u"IDS_"); }, differences);
 
     const auto menuName = [&](int id) {
         return names.describe(QStringLiteral("menu"), id, u"IDR_|IDM_");
@@ -94,12 +94,13 @@ QStringList compareResourceIds(const ResourceScript& reference, const ResourceSc
         const auto translated = translation.menus.find(id);
         if (translated == translation.menus.end())
             continue;
-        compareSets(commandsOf(menu), commandsOf(translated->second),
-                    [&](int command) {
-                        return menuName(id) + QStringLiteral(": ") +
-                               names.describe(QStringLiteral("command"), command, u"IDM_|ID");
-                    },
-                    differences);
+        compareSets(
+            commandsOf(menu), commandsOf(translated->second),
+            [&](int command) {
+                return menuName(id) + QStringLiteral(": ") +
+                       names.describe(QStringLiteral("command"), command, u"IDM_|ID");
+            },
+            differences);
     }
 
     const auto dialogName = [&](int id) {
@@ -110,12 +111,13 @@ QStringList compareResourceIds(const ResourceScript& reference, const ResourceSc
         const auto translated = translation.dialogs.find(id);
         if (translated == translation.dialogs.end())
             continue;
-        compareSets(controlsOf(dialog), controlsOf(translated->second),
-                    [&](int control) {
-                        return dialogName(id) + QStringLiteral(": ") +
-                               names.describe(QStringLiteral("control"), control, u"IDC_|ID");
-                    },
-                    differences);
+        compareSets(
+            controlsOf(dialog), controlsOf(translated->second),
+            [&](int control) {
+                return dialogName(id) + QStringLiteral(": ") +
+                       names.describe(QStringLiteral("control"), control, u"IDC_|ID");
+            },
+            differences);
     }
     return differences;
 }
