@@ -97,8 +97,8 @@ std::vector<Overflow> drawAndMeasure(const tessaly::DialogTemplate& dialogTempla
     std::vector<Overflow> overflows;
     for (const tessaly::ControlTemplate& control : dialogTemplate.controls) {
         // Unnamed statics share the id -1: measure each widget by its place in the template.
-        for (QWidget* widget : dialog.clientArea()->findChildren<QWidget*>(
-                 Qt::FindDirectChildrenOnly)) {
+        for (QWidget* widget :
+             dialog.clientArea()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
             if (dialog.itemId(widget) != control.id)
                 continue;
             const QSize needed = neededSize(*widget);
