@@ -76,49 +76,50 @@ void compareSets(const std::set<int>& reference, const std::set<int>& translatio
     }
 }
 
+// Compares the keys of two maps of resources (menus, dialogs), then the inner ids (commands,
+// controls) of each resource both have.
+struct Kind {
+    QString outer;
+    QStringView outerPrefixes;
+    QString inner;
+    QStringView innerPrefixes;
+};
+
+template <typename Map, typename InnerIds>
+void compareNested(const Map& reference, const Map& translation, const Kind& kind,
+                   const IdNames& names, InnerIds innerIds, QStringList& differences) {
+    const auto outerName = [&](int id) {
+        return names.describe(kind.outer, id, kind.outerPrefixes);
+    };
+    compareSets(keysOf(reference), keysOf(translation), outerName, differences);
+    for (const auto& [id, resource] : reference) {
+        const auto translated = translation.find(id);
+        if (translated == translation.end())
+            continue;
+        compareSets(
+            innerIds(resource), innerIds(translated->second),
+            [&](int inner) {
+                return outerName(id) + QStringLiteral(": ") +
+                       names.describe(kind.inner, inner, kind.innerPrefixes);
+            },
+            differences);
+    }
+}
+
 } // namespace
 
 QStringList compareResourceIds(const ResourceScript& reference, const ResourceScript& translation) {
     const IdNames names(reference);
     QStringList differences;
-
     compareSets(
         keysOf(reference.strings), keysOf(translation.strings),
         [&](int id) { return names.describe(QStringLiteral("string"), id, u"IDS_"); }, differences);
-
-    const auto menuName = [&](int id) {
-        return names.describe(QStringLiteral("menu"), id, u"IDR_|IDM_");
-    };
-    compareSets(keysOf(reference.menus), keysOf(translation.menus), menuName, differences);
-    for (const auto& [id, menu] : reference.menus) {
-        const auto translated = translation.menus.find(id);
-        if (translated == translation.menus.end())
-            continue;
-        compareSets(
-            commandsOf(menu), commandsOf(translated->second),
-            [&](int command) {
-                return menuName(id) + QStringLiteral(": ") +
-                       names.describe(QStringLiteral("command"), command, u"IDM_|ID");
-            },
-            differences);
-    }
-
-    const auto dialogName = [&](int id) {
-        return names.describe(QStringLiteral("dialog"), id, u"IDD_");
-    };
-    compareSets(keysOf(reference.dialogs), keysOf(translation.dialogs), dialogName, differences);
-    for (const auto& [id, dialog] : reference.dialogs) {
-        const auto translated = translation.dialogs.find(id);
-        if (translated == translation.dialogs.end())
-            continue;
-        compareSets(
-            controlsOf(dialog), controlsOf(translated->second),
-            [&](int control) {
-                return dialogName(id) + QStringLiteral(": ") +
-                       names.describe(QStringLiteral("control"), control, u"IDC_|ID");
-            },
-            differences);
-    }
+    compareNested(reference.menus, translation.menus,
+                  {QStringLiteral("menu"), u"IDR_|IDM_", QStringLiteral("command"), u"IDM_|ID"},
+                  names, commandsOf, differences);
+    compareNested(reference.dialogs, translation.dialogs,
+                  {QStringLiteral("dialog"), u"IDD_", QStringLiteral("control"), u"IDC_|ID"}, names,
+                  controlsOf, differences);
     return differences;
 }
 
