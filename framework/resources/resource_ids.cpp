@@ -92,7 +92,9 @@ void compareNested(const Map& reference, const Map& translation, const Kind& kin
         return names.describe(kind.outer, id, kind.outerPrefixes);
     };
     compareSets(keysOf(reference), keysOf(translation), outerName, differences);
-    for (const auto& [id, resource] : reference) {
+    for (const auto& entry : reference) {
+        const int id = entry.first; // a lambda may not capture a structured binding in clang
+        const auto& resource = entry.second;
         const auto translated = translation.find(id);
         if (translated == translation.end())
             continue;
