@@ -19,6 +19,8 @@ QString languageForIndex(int languageIndex) {
     case 5: // traditional
     case 6: // simplified
         return QStringLiteral("zh");
+    case 7:
+        return QStringLiteral("qps");
     default:
         return QString::fromUtf16(kEnglish);
     }

@@ -10,7 +10,8 @@
 
 namespace tessaly::sms {
 
-// 1 German, 2 Spanish, 3 Italian, 4 French, 5 and 6 Chinese; anything else English.
+// 1 German, 2 Spanish, 3 Italian, 4 French, 5 and 6 Chinese, 7 the pseudo-language;
+// anything else English.
 QString languageForIndex(int languageIndex);
 
 // The resources of the system language, English when the language has no script of its own or

@@ -344,6 +344,7 @@
 #define IDS_DATE_TOMORROW 10316
 #define IDS_DATE_YESTERDAY 10317
 #define IDS_CHOOSE 10318
+#define IDS_TIME_NOW 10319 // the Time variable's word for the present moment
 
 #define IDS_RECIPIENTS 10320
 #define IDS_MESSAGE_WILL_BE_LOST 10321

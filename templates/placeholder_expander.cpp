@@ -460,11 +460,11 @@ QString PlaceholderExpander::expandForSending(const QString& text, const Recipie
     QString out = fillPersonPlaceholders(text, recipient);
 
     // These work on the whole text on purpose: once "Time:Now" is present, every "Now" is
-    // replaced, also in ordinary words.
+    // replaced, also in ordinary words. "Now" is the language's own word.
     const QString time = loadString(IDS_VAR_TIME);
     const QString date = loadString(IDS_VAR_DATE);
-    const QString now = QStringLiteral("Now");
-    if (!time.isEmpty() && out.contains(time + colon + now))
+    const QString now = loadString(IDS_TIME_NOW);
+    if (!time.isEmpty() && !now.isEmpty() && out.contains(time + colon + now))
         out.replace(now, computeValue(time, now));
     if (!time.isEmpty())
         replaceAll(out, time + colon, QStringLiteral(" "));

@@ -27,6 +27,9 @@ int languageIndexForLcid(DWORD lcid) {
     constexpr DWORD kFrench = 0x0c;
     constexpr DWORD kChinese = 0x04;
     constexpr DWORD kChineseTaiwan = 0x0404;
+    constexpr DWORD kPseudoLanguage = 0x0501; // qps-ploc: lengthened English, for layout checks
+    if (lcid == kPseudoLanguage)
+        return 7;
     switch (lcid & 0x3ff) {
     case kGerman:
         return 1;

@@ -8,7 +8,8 @@
 #include <QString>
 
 // Index of the language resources for a system language identifier: German 1, Spanish 2,
-// Italian 3, French 4, Chinese 5 (traditional, 1028) or 6 (other), anything else 0 (English).
+// Italian 3, French 4, Chinese 5 (traditional, 1028) or 6 (other), the pseudo-language 7
+// (0x0501), anything else 0 (English).
 int languageIndexForLcid(DWORD lcid);
 // The same for the "LCID" value the host keeps under SOFTWARE\Microsoft\International;
 // 0 when the key or the value is missing.

@@ -24,6 +24,7 @@ TEST(SystemLanguage, TheLocaleBecomesTheLanguageIndexTheModuleReads) {
         {"zh_CN", 0x0804, 6},       {"en_GB", 0x0409, 0},
         {"C", 0x0409, 0},           {"", 0x0409, 0},
         {"nl_NL", 0x0413, 0},       {"xx", 0x0409, 0},
+        {"qps", 0x0501, 7},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(tessaly::host::lcidForLanguage(QLatin1String(c.locale)), c.lcid) << c.locale;

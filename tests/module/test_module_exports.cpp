@@ -1,6 +1,6 @@
 #include "module/exports.h"
-#include "module/module_language.h"
 #include "module/module_context.h"
+#include "module/module_language.h"
 #include "module/sending_notification.h"
 #include "module/startup.h"
 #include "tests/module/log_capture.h"
@@ -250,8 +250,8 @@ TEST(ModuleLanguage, TheSystemLanguageIndexNamesTheResources) {
     const struct {
         int index;
         const char* language;
-    } cases[] = {{0, "en"}, {1, "de"}, {2, "es"}, {3, "it"}, {4, "fr"},
-                 {5, "zh"}, {6, "zh"}, {7, "en"}, {-1, "en"}};
+    } cases[] = {{0, "en"}, {1, "de"}, {2, "es"},  {3, "it"}, {4, "fr"},
+                 {5, "zh"}, {6, "zh"}, {7, "qps"}, {8, "en"}, {-1, "en"}};
     for (const auto& c : cases)
         EXPECT_EQ(tessaly::sms::languageForIndex(c.index), QLatin1String(c.language)) << c.index;
 }

@@ -39,6 +39,29 @@ TEST_F(PlaceholderExpanderTest, TimeValues) {
     }
 }
 
+// A translation's own words: the German time, date and person words fill its placeholders.
+TEST_F(PlaceholderExpanderTest, GermanPlaceholdersAreFilledWithTheirOwnWords) {
+    tessaly::setCurrentResources(&tessaly::sms::resourcesFor(QStringLiteral("de")));
+    clock.set(2003, 5, 17, 14, 5);
+    const struct {
+        const char* text;
+        const char* sent;
+    } cases[] = {
+        {"um [Uhrzeit:jetzt]", "um 14:05"},
+        {"[Datum:morgen]", " am 2003-05-18"},
+        {"Bitte ruf mich unter [Absender:Telefon] an.", "Bitte ruf mich unter +4912 an."},
+        {"[Empfänger:Vollständiger Name]", "Bob Marsh"},
+        {"[Time:Now]", "Time:Now"}, // English words mean nothing in German
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        PlaceholderExpander expander(kAnn);
+        EXPECT_EQ(expander.expandForSending(QString::fromUtf8(c.text), kBob),
+                  QString::fromUtf8(c.sent));
+    }
+    tessaly::setCurrentResources(&tessaly::sms::resources());
+}
+
 TEST_F(PlaceholderExpanderTest, DateValues) {
     const struct {
         int year;

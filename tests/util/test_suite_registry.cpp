@@ -23,6 +23,7 @@ TEST(LanguageIndex, PrimaryLanguagePicksTheResources) {
         {1028, 5},                              // Chinese (Taiwan)
         {0x0804, 6}, {0x0c04, 6}, {0x10404, 6}, // other Chinese identifiers
         {0x0207, 0},                            // the primary language takes ten bits, not eight
+        {0x0501, 7}, {0x0901, 0},               // the pseudo-language, only as itself
     };
     for (const auto& c : cases)
         EXPECT_EQ(languageIndexForLcid(c.lcid), c.index) << std::hex << c.lcid;
