@@ -30,7 +30,6 @@ public:
     void post(qint64 key, const QString& summary, const QString& body);
     // Closes the notification of `key`, if one is up.
     void withdraw(qint64 key);
-    bool isPosted(qint64 key) const { return ids_.key(key, 0) != 0 || pending_.contains(key); }
 
 signals:
     // The person chose the notification (its default action or "Open").

@@ -129,7 +129,7 @@ TEST_F(DesktopNotificationsTest, TellsOfMessagesWhileThePhoneIsNotInFront) {
         std::u16string from;
         std::u16string text;
         const char* summary; // null: nothing posted
-        const char* body;
+        std::string body;
     };
     const Case cases[] = {
         {"a contact: the name", false, u"+447700900111", u"Tea at five?", "Ada Lovelace",
@@ -139,7 +139,10 @@ TEST_F(DesktopNotificationsTest, TellsOfMessagesWhileThePhoneIsNotInFront) {
          "+447700900999", "Line one"},
         {"markup shown as text", false, u"+447700900999", u"<b>A & B</b>", "+447700900999",
          "&lt;b&gt;A &amp; B&lt;/b&gt;"},
-        {"the phone in front: none", true, u"+447700900111", u"Seen already", nullptr, nullptr},
+        {"a long line cut, never inside a pair", false, u"+447700900999",
+         std::u16string(118, u'x') + u"\U0001F600 and more", "+447700900999",
+         std::string(118, 'x') + "\u2026"},
+        {"the phone in front: none", true, u"+447700900111", u"Seen already", nullptr, {}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
@@ -154,7 +157,7 @@ TEST_F(DesktopNotificationsTest, TellsOfMessagesWhileThePhoneIsNotInFront) {
         ASSERT_TRUE(settleUntil([&] { return service_.notified.size() == before + 1; }, 5000));
         const auto& posted = service_.notified.back();
         EXPECT_EQ(posted.summary, QString::fromUtf8(c.summary));
-        EXPECT_EQ(posted.body, QString::fromUtf8(c.body));
+        EXPECT_EQ(posted.body, QString::fromStdString(c.body));
         EXPECT_EQ(posted.icon, QStringLiteral("tessaly-phone"));
         EXPECT_EQ(posted.hints.value(QStringLiteral("desktop-entry")).toString(),
                   QStringLiteral("tessaly-phone"));
