@@ -55,6 +55,26 @@ uint idOfLast(const FakeNotificationService& service) {
     return uint(service.notified.size()) + 40;
 }
 
+// The phone as main() wires it, on the test's bus; `phoneIsActive` and `open` stand in for the
+// phone's own answers when given.
+struct PhoneWithAlerts {
+    PhoneWithAlerts(const QString& address, std::function<bool()> phoneIsActive = {},
+                    std::function<void(long)> open = {})
+        : desktop(address)
+        , alerts(
+              desktop,
+              phoneIsActive ? std::move(phoneIsActive) : [this] { return phone.isActive(); },
+              open ? std::move(open) : [this](long id) { session.showMessage(id); }) {
+        session.setMessageListener([this](long id) { alerts.messageArrived(id); });
+    }
+    ~PhoneWithAlerts() {}
+
+    host::PhoneWindow phone;
+    host::HostSession session{&phone};
+    host::DesktopNotifications desktop;
+    host::MessageAlerts alerts;
+};
+
 class DesktopNotificationsTest : public e2e_test::PhoneDataTest {
 protected:
     void SetUp() override {
@@ -112,16 +132,12 @@ protected:
 
 TEST_F(DesktopNotificationsTest, TellsOfMessagesWhileThePhoneIsNotInFront) {
     startService();
-    host::PhoneWindow phone;
-    host::HostSession session(&phone);
-    ASSERT_TRUE(e2e_test::startModule(session));
-    phone.show();
-    host::DesktopNotifications desktop(address_);
     bool phoneActive = false;
     long opened = 0;
-    host::MessageAlerts alerts(
-        desktop, [&] { return phoneActive; }, [&](long id) { opened = id; });
-    session.setMessageListener([&](long id) { alerts.messageArrived(id); });
+    PhoneWithAlerts running(
+        address_, [&] { return phoneActive; }, [&](long id) { opened = id; });
+    ASSERT_TRUE(e2e_test::startModule(running.session));
+    running.phone.show();
 
     struct Case {
         const char* what;
@@ -187,21 +203,14 @@ TEST_F(DesktopNotificationsTest, TellsOfMessagesWhileThePhoneIsNotInFront) {
     ASSERT_TRUE(settleUntil([&] { return !service_.closed.empty(); }, 5000));
     settleUntil([] { return false; }, 200);
     EXPECT_EQ(service_.closed, std::vector<uint>{41});
-    session.setMessageListener({});
-    session.stop();
 }
 
 TEST_F(DesktopNotificationsTest, ChoosingTheNotificationShowsTheMessageInThePhone) {
     startService();
-    host::PhoneWindow phone;
-    host::HostSession session(&phone);
-    ASSERT_TRUE(e2e_test::startModule(session));
+    PhoneWithAlerts running(address_);
+    ASSERT_TRUE(e2e_test::startModule(running.session));
+    host::PhoneWindow& phone = running.phone;
     phone.show();
-    host::DesktopNotifications desktop(address_);
-    host::MessageAlerts alerts(
-        desktop, [&phone] { return phone.isActive(); },
-        [&session](long id) { session.showMessage(id); });
-    session.setMessageListener([&](long id) { alerts.messageArrived(id); });
     QApplication::setActiveWindow(phone.simulator());
     ASSERT_FALSE(phone.isActive()) << "the simulator panel is not the phone";
 
@@ -220,8 +229,6 @@ TEST_F(DesktopNotificationsTest, ChoosingTheNotificationShowsTheMessageInThePhon
     EXPECT_EQ(shown, QStringLiteral("Dinner?"));
     EXPECT_TRUE(phone.homeScreen()->isVisible());
     EXPECT_TRUE(user.boxes().empty());
-    session.setMessageListener({});
-    session.stop();
 }
 
 // Without a service, or without a bus, nothing is shown and nothing waits.
@@ -229,22 +236,16 @@ TEST_F(DesktopNotificationsTest, NoServiceOrNoBusIsQuiet) {
     const QString addresses[] = {address_, QStringLiteral("unix:path=/nonexistent/bus")};
     for (const QString& address : addresses) {
         SCOPED_TRACE(address.toStdString());
-        host::PhoneWindow phone;
-        host::HostSession session(&phone);
-        ASSERT_TRUE(e2e_test::startModule(session));
+        PhoneWithAlerts running(
+            address, [] { return false; }, [](long) {});
+        ASSERT_TRUE(e2e_test::startModule(running.session));
         tessaly::testkit::ScriptedUser user;
-        host::DesktopNotifications desktop(address);
-        host::MessageAlerts alerts(
-            desktop, [] { return false; }, [](long) {});
-        session.setMessageListener([&](long id) { alerts.messageArrived(id); });
         const long id = receive(u"+447700900111", u"Anyone?");
         settleUntil([] { return false; }, 500);
-        desktop.withdraw(id);
+        running.desktop.withdraw(id);
         settleUntil([] { return false; }, 200);
         EXPECT_TRUE(user.boxes().empty());
         EXPECT_EQ(windowsOf(IDD_NEW_MESSAGE_NOTIFICATION).size(), 1u) << "the phone's own window";
-        session.setMessageListener({});
-        session.stop();
     }
 }
 
