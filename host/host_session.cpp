@@ -54,11 +54,23 @@ GSM::Result HostSession::openComposer(const SmsLink& link) {
     return {};
 }
 
+void HostSession::showMessage(long id) {
+    if (!isRunning())
+        return;
+    if (phone_)
+        phone_->showHomeScreen();
+    module_.exports().openMessage(id);
+}
+
 void HostSession::installHooks() {
     const SmsExports exports = module_.exports();
     telephony::HostHooks hooks;
     hooks.editMessage = exports.editMessage;
-    hooks.openMessageNotification = exports.openMessageNotification;
+    hooks.openMessageNotification = [this, exports](long id) {
+        exports.openMessageNotification(id);
+        if (messageListener_)
+            messageListener_(id);
+    };
     hooks.openSendingNotification = exports.openSendingNotification;
     hooks.openSendingCompletion = [this, exports](GSM::Result result, bool plural) {
         if (phone_)

@@ -10,6 +10,8 @@
 
 #include <QString>
 
+#include <functional>
+
 namespace tessaly::host {
 
 class PhoneWindow;
@@ -34,6 +36,13 @@ public:
     // them filled in. Fails when the module is not running or the store refuses the message.
     GSM::Result openComposer(const SmsLink& link);
 
+    // Brings the phone forward and shows one stored message (modal: returns when it is closed).
+    void showMessage(long id);
+    // Called after the module was told of each new message.
+    void setMessageListener(std::function<void(long id)> listener) {
+        messageListener_ = std::move(listener);
+    }
+
     bool isRunning() const { return module_.isLoaded(); }
     const SmsExports& exports() const { return module_.exports(); }
     // The pointer the module hands back with GSM::moduleIdle.
@@ -48,6 +57,7 @@ private:
     PhoneWindow* phone_;
     SmsModuleLibrary module_;
     int idleCount_ = 0;
+    std::function<void(long)> messageListener_;
 };
 
 } // namespace tessaly::host

@@ -7,9 +7,11 @@
 #include "framework/ui/shell.h"
 #include "host/archive_command.h"
 #include "host/demo_data.h"
+#include "host/desktop_notifications.h"
 #include "host/factory_sounds.h"
 #include "host/host_options.h"
 #include "host/host_session.h"
+#include "host/message_alerts.h"
 #include "host/phone_window.h"
 #include "host/radio_choice.h"
 #include "host/running_phone.h"
@@ -181,6 +183,16 @@ int main(int argc, char** argv) {
         }
         std::printf("tessaly-phone: radio: %s\n", qPrintable(radio.description));
         std::fflush(stdout);
+        // A picture run tells the desktop nothing.
+        std::optional<tessaly::host::DesktopNotifications> desktop;
+        std::optional<tessaly::host::MessageAlerts> alerts;
+        if (options->screenshotPath.isEmpty()) {
+            desktop.emplace();
+            alerts.emplace(
+                *desktop, [&phone] { return phone.isActive(); },
+                [&session](long id) { session.showMessage(id); });
+            session.setMessageListener([&alerts](long id) { alerts->messageArrived(id); });
+        }
         std::optional<tessaly::host::ScreenshotRun> screenshot;
         if (!options->screenshotPath.isEmpty())
             screenshot.emplace(phone, options->screenshotPath);
@@ -218,6 +230,7 @@ int main(int argc, char** argv) {
                              });
         }
         status = app.exec();
+        session.setMessageListener({});
         session.stop();
         tessaly::telephony::setRadioBackend(nullptr);
     }

@@ -7,6 +7,7 @@
 #include "gsm/message.h"
 #include "suite/telephony/simulator.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QDate>
 #include <QFormLayout>
@@ -310,6 +311,11 @@ void PhoneWindow::show() {
     home_->show();
     simulator_->move(kScreenWidth + kPanelGap, 0);
     simulator_->show();
+}
+
+bool PhoneWindow::isActive() const {
+    const QWidget* active = QApplication::activeWindow();
+    return active && active != simulator_.get();
 }
 
 void PhoneWindow::showHomeScreen() {

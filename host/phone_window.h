@@ -86,6 +86,9 @@ public:
     HomeScreen* homeScreen() const { return home_.get(); }
     SimulatorPanel* simulator() const { return simulator_.get(); }
     void show();
+    // Whether the person works in the phone: the active window is the phone screen or one of
+    // the module's windows over it (not the simulator panel, not another program).
+    bool isActive() const;
     // Raises the home screen (the module has gone idle).
     void showHomeScreen();
 
