@@ -125,7 +125,7 @@ bool ComposerWindow::onInitDialog() {
         if (StaticLabel* label = staticLabel(id))
             label->setBackgroundColor(kStatusBackground);
     // The arrows and the favourites button show pictures; a screen reader says these instead.
-    for (const auto [id, name] : {std::pair{IDC_COMPOSE_DOWN, IDS_A11Y_SHOW_DETAILS},
+    for (const auto& [id, name] : {std::pair{IDC_COMPOSE_DOWN, IDS_A11Y_SHOW_DETAILS},
                                   std::pair{IDC_COMPOSE_UP, IDS_A11Y_HIDE_DETAILS},
                                   std::pair{IDC_COMPOSE_RECP, IDS_A11Y_FAVOURITES}})
         if (QWidget* button = item(id))

@@ -72,7 +72,7 @@ bool MessageView::onInitDialog() {
     if (QWidget* title = item(IDC_VIEW_TITLE))
         title->setFont(titleFont_);
     // The arrows show pictures; a screen reader says these instead.
-    for (const auto [id, name] : {std::pair{IDC_VIEW_DOWN, IDS_A11Y_SHOW_DETAILS},
+    for (const auto& [id, name] : {std::pair{IDC_VIEW_DOWN, IDS_A11Y_SHOW_DETAILS},
                                   std::pair{IDC_VIEW_UP, IDS_A11Y_HIDE_DETAILS}})
         if (QWidget* button = item(id))
             setControlAccessibleName(button, loadString(name));
