@@ -332,24 +332,32 @@ bool Database::fillSearchIndex() {
 }
 
 // Savepoints nest, so a write that groups its statements can run inside a larger group.
+// A savepoint as the outermost transaction would make SQLite copy every page it changes
+// into a statement journal for the whole transaction (a temporary file as large as the
+// writes); BEGIN needs none, and a savepoint inside it keeps only its own changes.
 Database::Transaction::Transaction(Database& db)
-    : db_(db) {
-    db_.cached("SAVEPOINT tessaly").step();
+    : db_(db)
+    , nested_(sqlite3_get_autocommit(db.db_) == 0) {
+    db_.cached(nested_ ? "SAVEPOINT tessaly" : "BEGIN IMMEDIATE").step();
 }
 
 Database::Transaction::~Transaction() {
     if (!done_)
-        db_.exec("ROLLBACK TO tessaly; RELEASE tessaly");
+        rollBack();
 }
 
 bool Database::Transaction::commit() {
     done_ = true;
-    Statement& release = db_.cached("RELEASE tessaly");
-    release.step();
-    if (release.ok())
+    Statement& end = db_.cached(nested_ ? "RELEASE tessaly" : "COMMIT");
+    end.step();
+    if (end.ok())
         return true;
-    db_.exec("ROLLBACK TO tessaly; RELEASE tessaly");
+    rollBack();
     return false;
+}
+
+void Database::Transaction::rollBack() {
+    db_.exec(nested_ ? "ROLLBACK TO tessaly; RELEASE tessaly" : "ROLLBACK");
 }
 
 } // namespace tessaly::telephony

@@ -76,7 +76,8 @@ public:
     // A failed result naming what was attempted, the file and SQLite's last message.
     GSM::Result failure(std::u16string_view what) const;
 
-    // Groups writes; commits when committed, rolls back otherwise.
+    // Groups writes; commits when committed, rolls back otherwise. The outermost one is a
+    // plain transaction; one opened inside another is a savepoint of it.
     class Transaction {
     public:
         explicit Transaction(Database& db);
@@ -84,7 +85,10 @@ public:
         bool commit();
 
     private:
+        void rollBack();
+
         Database& db_;
+        bool nested_;
         bool done_ = false;
     };
 

@@ -171,10 +171,16 @@ GSM::Result Store::saveMessage(MessageRecord& message) {
 }
 
 GSM::Result Store::writeMessage(const MessageRow& row) {
+    Database::Transaction transaction(*db_);
+    if (!writeMessageRows(row) || !transaction.commit())
+        return db_->failure(u"The message cannot be stored");
+    return {};
+}
+
+bool Store::writeMessageRows(const MessageRow& row) {
     static const std::vector<std::u16string> none;
     const std::vector<std::u16string>& numbers = row.numbers ? *row.numbers : none;
     const std::u16string firstNumber = numbers.empty() ? std::u16string() : numbers.front();
-    Database::Transaction transaction(*db_);
     Statement& upsert = db_->cached(
         "INSERT INTO messages(id, folder, status, text, date, service_centre, validity, "
         "reply_path, reply_to, search_text, first_number, sort_name) "
@@ -211,9 +217,7 @@ GSM::Result Store::writeMessage(const MessageRow& row) {
         insert.step();
         ok = insert.ok();
     }
-    if (!ok || !transaction.commit())
-        return db_->failure(u"The message cannot be stored");
-    return {};
+    return ok;
 }
 
 GSM::Result Store::endEdit(MessageRecord& message, bool discard) {
@@ -507,8 +511,10 @@ GSM::Result Store::addStoredMessages(const std::vector<simulator::StoredMessage>
         row.validity = settings_.validityPeriod;
         row.replyPath = settings_.useSameServiceCentre;
         row.numbers = &stored.addresses;
-        if (GSM::Result result = writeMessage(row); !result.isOk())
-            return result;
+        if (!writeMessageRows(row)) {
+            nextMessageId_ = firstId;
+            return db_->failure(u"The messages cannot be stored");
+        }
     }
     if (!transaction.commit()) {
         nextMessageId_ = firstId;

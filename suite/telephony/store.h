@@ -109,6 +109,9 @@ public:
     // folder, date, numbers and text) is stored, all in one transaction, without sending.
     GSM::Result importMessages(const std::function<bool(archive::ArchivedMessage&)>& next,
                                qint64* imported, qint64* alreadyPresent);
+    // Copies what an import wrote to the write-ahead log into the database file; the import
+    // leaves that to this call so that the caller can report progress between the two.
+    void checkpointMessages();
     GSM::Result saveMessage(MessageRecord& message);
     // One message's row and addresses, as saveMessage and the imports write them.
     struct MessageRow {
@@ -124,6 +127,9 @@ public:
         const std::vector<std::u16string>* numbers = nullptr;
     };
     GSM::Result writeMessage(const MessageRow& row);
+    // The same without a transaction of its own, for callers that write many rows in one and
+    // roll all of them back on a failure.
+    bool writeMessageRows(const MessageRow& row);
     long takeMessageId() { return nextMessageId_++; }
     // The case-folded name (or the number) messages from or to this number sort by.
     std::u16string sortNameOf(const std::u16string& number);

@@ -259,6 +259,13 @@ GSM::Result MessageImport::commit(const ArchiveProgress& progress) {
         return GSM::Result(GSM::ErrorStorage, u"The staged messages cannot be read back.");
     counts_.imported = imported;
     counts_.alreadyPresent += present;
+    // The commit, the checkpoint and removing the staging file each take a moment with a
+    // million messages: the progress is reported between them.
+    if (progress)
+        progress(staged_, staged_);
+    store->checkpointMessages();
+    if (progress)
+        progress(staged_, staged_);
     staging_.reset();
     if (progress)
         progress(staged_, staged_);

@@ -3,6 +3,8 @@
 #include "suite/telephony/archive/archived_message.h"
 #include "suite/telephony/store.h"
 
+#include <QScopeGuard>
+
 #include <algorithm>
 
 namespace tessaly::telephony {
@@ -38,6 +40,17 @@ GSM::Result Store::importMessages(const std::function<bool(archive::ArchivedMess
     *imported = 0;
     *alreadyPresent = 0;
     const long firstId = nextMessageId_;
+    // Each message's statements journal a few pages in case one fails halfway; past 64 KiB
+    // SQLite moves such a journal to a temporary file, and an import would then write it
+    // through the file system a dozen times per message. In memory it is dropped after each.
+    // The log is copied into the database by checkpointMessages(), a step of its own, not
+    // by the commit.
+    db_->exec("PRAGMA temp_store = MEMORY; PRAGMA cache_size = -32768; "
+              "PRAGMA wal_autocheckpoint = 0");
+    const auto settingsBack = qScopeGuard([this] {
+        db_->exec("PRAGMA temp_store = DEFAULT; PRAGMA cache_size = -2000; "
+                  "PRAGMA wal_autocheckpoint = 1000");
+    });
     Database::Transaction transaction(*db_);
     archive::ArchivedMessage archived;
     while (next(archived)) {
@@ -56,9 +69,9 @@ GSM::Result Store::importMessages(const std::function<bool(archive::ArchivedMess
         row.validity = settings_.validityPeriod;
         row.replyPath = settings_.useSameServiceCentre;
         row.numbers = &archived.numbers;
-        if (GSM::Result result = writeMessage(row); !result.isOk()) {
+        if (!writeMessageRows(row)) {
             nextMessageId_ = firstId;
-            return result;
+            return db_->failure(u"The imported messages cannot be stored");
         }
         ++*imported;
     }
@@ -70,6 +83,10 @@ GSM::Result Store::importMessages(const std::function<bool(archive::ArchivedMess
     if (*imported > 0)
         touchMessages();
     return {};
+}
+
+void Store::checkpointMessages() {
+    db_->exec("PRAGMA wal_checkpoint(PASSIVE)");
 }
 
 } // namespace tessaly::telephony
