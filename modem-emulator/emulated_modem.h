@@ -63,6 +63,7 @@ public:
 
     // The network refuses the next message the host sends (+CMS ERROR with this cause).
     void failNextSend(int cause) { failNextSend_ = cause; }
+    bool failsNextSend() const { return failNextSend_.has_value(); }
 
     const std::vector<SentMessage>& sent() const { return sent_; }
     // Called for every message sent, after it was recorded.

@@ -45,7 +45,7 @@ std::u16string u16(const QVariant& value) {
 
 GSM::Result modemFailure(const QDBusError& error) {
     const QString text = error.message().isEmpty() ? error.name() : error.message();
-    return GSM::Result(GSM::ErrorNetworkRejected, text.toStdU16String());
+    return GSM::Result(sendFailureCode(error.name()), text.toStdU16String());
 }
 
 // ModemManager stamps "2026-11-23T18:37:38Z" or "…+01" / "…+01:00"; the store keeps local time.
@@ -290,6 +290,23 @@ void ModemManagerBackend::simMessageStored(const IncomingSms& message) {
             return;
         }
     }
+}
+
+long sendFailureCode(const QString& errorName) {
+    // ModemManager names the modem's +CMS ERROR (TS 27.005 3.2.5) after the last dot.
+    static const QString messageError =
+        QStringLiteral("org.freedesktop.ModemManager1.Error.Message.");
+    static const QString coreError = QStringLiteral("org.freedesktop.ModemManager1.Error.Core.");
+    if (errorName == messageError + QStringLiteral("NoNetwork") ||
+        errorName == coreError + QStringLiteral("WrongState"))
+        return GSM::ErrorNoNetwork; // 331, or a modem not registered: nothing went out
+    if (errorName == messageError + QStringLiteral("NetworkTimeout") ||
+        errorName == messageError + QStringLiteral("SimBusy") ||
+        errorName == coreError + QStringLiteral("InProgress") ||
+        errorName == coreError + QStringLiteral("Retry"))
+        return GSM::ErrorBusy; // 332, 314, or the modem busy with another command
+    // Everything else is final, a D-Bus timeout included: the modem may have sent the message.
+    return GSM::ErrorNetworkRejected;
 }
 
 void ModemManagerBackend::send(const OutgoingSms& message, Progress progress, Finished finished) {

@@ -20,6 +20,10 @@
 
 namespace tessaly::telephony {
 
+// The store's code for a ModemManager error a send ended with: ErrorNoNetwork and ErrorBusy
+// are tried again later, anything else fails the message.
+long sendFailureCode(const QString& errorName);
+
 class ModemManagerBackend final : public QObject, public RadioBackend {
     Q_OBJECT
 public:

@@ -31,8 +31,21 @@ std::optional<GSM::Result> refusalOfTheNetwork(int deviceState, bool sendWhileRo
         deviceState != GSM::Device::StateRegisteredRoaming)
         return GSM::Result(GSM::ErrorNoNetwork, u"There is no network service.");
     if (deviceState == GSM::Device::StateRegisteredRoaming && !sendWhileRoaming)
-        return GSM::Result(GSM::ErrorNoNetwork, u"Sending while roaming is switched off.");
+        return GSM::Result(GSM::ErrorNotAvailable, u"Sending while roaming is switched off.");
     return std::nullopt;
+}
+
+bool isTemporaryFailure(const GSM::Result& result) {
+    return result.errorCode() == GSM::ErrorNoNetwork || result.errorCode() == GSM::ErrorBusy;
+}
+
+int retryDelayMs(int retry) {
+    if (retry < 1 || retry > kSendRetries)
+        return -1;
+    int delayMs = 30'000;
+    for (int i = 1; i < retry; ++i)
+        delayMs *= 4;
+    return delayMs;
 }
 
 } // namespace tessaly::telephony

@@ -24,9 +24,16 @@ SendQueue::SendQueue(SendQueueStorage& storage, int segmentDelayMs)
 
 SendQueue::~SendQueue() {
     stopTimer();
+    for (const auto& [id, retry] : retries_)
+        if (retry.timer != 0)
+            Clock::current().stopTimer(retry.timer);
 }
 
 void SendQueue::queue(long id) {
+    // Asked again while waiting for a retry: now, and counted afresh.
+    if (const auto waiting = retries_.find(id);
+        waiting != retries_.end() && waiting->second.timer != 0)
+        stopRetry(id);
     if (isSending(id) || !queued_.insert(id).second)
         return;
     queue_.push_back(id);
@@ -35,8 +42,40 @@ void SendQueue::queue(long id) {
 }
 
 void SendQueue::unqueue(long id) {
+    stopRetry(id);
     if (queued_.erase(id))
         std::erase(queue_, id);
+}
+
+void SendQueue::stopRetry(long id) {
+    const auto found = retries_.find(id);
+    if (found == retries_.end())
+        return;
+    if (found->second.timer != 0)
+        Clock::current().stopTimer(found->second.timer);
+    retries_.erase(found);
+}
+
+bool SendQueue::retryLater(long id) {
+    Retry& retry = retries_[id];
+    const int delayMs = retryDelayMs(retry.done + 1);
+    if (delayMs < 0) {
+        retries_.erase(id);
+        return false;
+    }
+    ++retry.done;
+    retry.timer = Clock::current().startTimer(delayMs, [this, id] {
+        const auto found = retries_.find(id);
+        if (found == retries_.end())
+            return;
+        Clock::current().stopTimer(found->second.timer);
+        found->second.timer = 0;
+        if (!isSending(id) && queued_.insert(id).second)
+            queue_.push_back(id);
+        if (timer_ == 0)
+            schedule(0);
+    });
+    return true;
 }
 
 void SendQueue::failNext(long code, const std::u16string& text) {
@@ -66,6 +105,9 @@ void SendQueue::schedule(int delayMs) {
 }
 
 void SendQueue::announceCompletion() {
+    // Only messages waiting for a retry went through the radio: nothing has ended yet.
+    if (runSent_ == 0 && !runFailure_)
+        return;
     const GSM::Result outcome = runFailure_.value_or(GSM::Result());
     const bool plural = runSent_ > 1;
     runFailure_.reset();
@@ -203,6 +245,10 @@ void SendQueue::backendStep(RadioBackend& backend) {
 void SendQueue::finish(const GSM::Result& result, int failedRecipient) {
     const Job job = std::move(*job_);
     job_.reset();
+    // The recipients and segments the radio reached are kept: the retry goes on after them.
+    if (!result.isOk() && isTemporaryFailure(result) && retryLater(job.id))
+        return;
+    retries_.erase(job.id);
     runSent_ += std::max(1, job.recipients);
     const GSM::Result told = storage_.recordOutcome(job.id, failedRecipient, result);
     if (!result.isOk() && !runFailure_)

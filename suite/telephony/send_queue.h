@@ -15,6 +15,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -66,6 +67,8 @@ public:
     void queue(long id);
     // The message leaves the queue (deleted, or no longer to be sent); the one in flight goes on.
     void unqueue(long id);
+    // Whether the message failed for a while and waits for its next attempt.
+    bool isWaitingToRetry(long id) const { return retries_.count(id) && retries_.at(id).timer; }
     bool isSending(long id) const { return job_ && job_->id == id; }
     // TEST AND SIMULATOR ONLY: the next message sent fails with this code and text.
     void failNext(long code, const std::u16string& text);
@@ -95,6 +98,10 @@ private:
     void simulatedStep();
     void backendStep(RadioBackend& backend);
     void finish(const GSM::Result& result, int failedRecipient = -1);
+    // Puts a message that failed for a while aside for its next attempt; false when it has
+    // had them all.
+    bool retryLater(long id);
+    void stopRetry(long id);
     void announceCompletion();
 
     SendQueueStorage& storage_;
@@ -110,6 +117,13 @@ private:
     std::optional<GSM::Result> runFailure_;
     int runSent_ = 0;
     bool backendBusy_ = false;
+    // Messages that failed for a while: the retries they had and the timer of the next one.
+    // Kept in memory: a restart sends every waiting message at once and counts afresh.
+    struct Retry {
+        int done = 0;
+        TimerHandle timer = 0;
+    };
+    std::unordered_map<long, Retry> retries_;
     // Expires with the queue, so that a radio backend's late answer is ignored.
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };

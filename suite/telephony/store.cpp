@@ -352,8 +352,12 @@ GSM::Result Store::setStatus(long id, GSM::Message::Status status) {
     }
     if (status == GSM::Message::SendNow && message->folder != GSM::Sms::FolderOutbox)
         return failure(GSM::ErrorInvalidArgument, u"Only messages in the Outbox can be sent.");
-    if (message->status == status)
+    if (message->status == status) {
+        // Send now on a message waiting to be tried again tries it now.
+        if (status == GSM::Message::SendNow && sendQueue_.isWaitingToRetry(id))
+            sendQueue_.queue(id);
         return {};
+    }
     const GSM::Message::Status previous = message->status;
     Database::Transaction transaction(*db_);
     Statement& update = db_->cached("UPDATE messages SET status = ? WHERE id = ?");

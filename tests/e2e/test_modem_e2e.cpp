@@ -277,6 +277,23 @@ TEST_F(ModemEndToEnd, SendsAndReceivesThroughModemManager) {
     std::printf("the modem's refusal as the completion shows it: %s\n",
                 qPrintable(user.boxes().back().text));
 
+    // A network timeout (+CMS ERROR 332) is temporary: the message waits for its next attempt
+    // instead of failing, and Send now sends it at once.
+    user.answerBox(IDOK);
+    emulated_->failNextSend(332);
+    GSM::Message* delayed = queue(u"+447700900125", u"This one waits a while");
+    ASSERT_TRUE(waitFor([&] { return !emulated_->failsNextSend(); })) << "the modem was not asked";
+    const std::size_t sentBefore = emulated_->sent().size();
+    // Once the modem's answer is in, the message waits for its next attempt.
+    ASSERT_TRUE(waitFor([&] {
+        GSM::sms.setMessageStatus(delayed->getId(), GSM::Message::SendNow);
+        return emulated_->sent().size() > sentBefore;
+    })) << "Send now did not send the waiting message";
+    EXPECT_EQ(user.boxes().size(), 4u) << "a message waiting to be tried again has not ended";
+    ASSERT_TRUE(waitFor([&] { return delayed->getStatus() == GSM::Message::Sent; }));
+    EXPECT_EQ(emulated_->sent().size(), sentBefore + 1);
+    ASSERT_TRUE(waitFor([&] { return user.boxes().size() == 5; }));
+
     // Ten messages through ModemManager: the longest time the user-interface thread spends
     // in one turn of its event loop while they go out (every D-Bus call is asynchronous, so
     // nothing waits for the daemon or the modem there). A figure, not a test of speed.

@@ -89,7 +89,7 @@ TEST_F(MessageViewTest, AFailedMessageToSeveralSaysWhomItDidNotReach) {
         message->getContacts()->add(number, 0);
     message->setText(u"Dinner at eight?");
     ASSERT_TRUE(message->endEdit(false).isOk());
-    simulator::failNextSend(GSM::ErrorNoNetwork, u"No network.");
+    simulator::failNextSend(GSM::ErrorNetworkRejected, u"Unknown number.");
     for (int turn = 0; turn < 10 && message->getStatus() != GSM::Message::Failed; ++turn) {
         clock.advance(100);
         settle();

@@ -246,15 +246,18 @@ TEST_F(Radio, FailuresMarkTheMessageAndReachTheCompletion) {
          520,
          u"Barred by your operator."},
         {"other code",
-         [] { sim::failNextSend(GSM::ErrorBusy, u"busy"); },
+         [] { sim::failNextSend(GSM::ErrorInvalidArgument, u"Invalid message."); },
          {u"+4917011"},
-         GSM::ErrorBusy,
-         u"busy"},
-        {"no network",
-         [] { sim::setDeviceState(GSM::Device::StateSearching); },
+         GSM::ErrorInvalidArgument,
+         u"Invalid message."},
+        {"roaming with sending while roaming off",
+         [] {
+             sim::setDeviceState(GSM::Device::StateRegisteredRoaming);
+             GSM::Preferences::getMainPreferences()->setSendWhileRoaming(false);
+         },
          {u"+4917011"},
-         GSM::ErrorNoNetwork,
-         u"There is no network service."},
+         GSM::ErrorNotAvailable,
+         u"Sending while roaming is switched off."},
         {"no recipient", [] {}, {}, GSM::ErrorNoRecipient, u"The message has no recipient."},
     };
     for (const auto& c : cases) {
@@ -270,6 +273,71 @@ TEST_F(Radio, FailuresMarkTheMessageAndReachTheCompletion) {
         EXPECT_EQ(text(completions[0].first.getErrorMessage()), c.message);
         EXPECT_FALSE(completions[0].second);
     }
+}
+
+TEST_F(Radio, TemporaryFailuresAreTriedAgainWhileTheQueueGoesOn) {
+    sim::failNextSend(GSM::ErrorBusy, u"The modem is busy.");
+    const long first = send({u"+4917011"}, u"one");
+    const long second = send({u"+4917022"}, u"two");
+    settle();
+    EXPECT_EQ(GSM::sms.getMessage(first)->getStatus(), GSM::Message::SendNow);
+    EXPECT_EQ(GSM::sms.getMessage(second)->getStatus(), GSM::Message::Sent);
+    ASSERT_EQ(completions.size(), 1u) << "the waiting message has not ended";
+    EXPECT_TRUE(completions[0].first.isOk());
+    EXPECT_FALSE(completions[0].second);
+    clock.nowMs += 30'000;
+    settle();
+    EXPECT_EQ(GSM::sms.getMessage(first)->getStatus(), GSM::Message::Sent);
+    ASSERT_EQ(completions.size(), 2u);
+    EXPECT_TRUE(completions[1].first.isOk());
+}
+
+TEST_F(Radio, WithoutNetworkAMessageIsTriedFourTimesThenFails) {
+    sim::setDeviceState(GSM::Device::StateSearching);
+    const long id = send({u"+4917011"}, u"hello");
+    settle();
+    // Waits of 30 s, 2 min and 8 min; the last attempt ends it.
+    for (const int waitMs : {30'000, 120'000, 480'000}) {
+        EXPECT_EQ(GSM::sms.getMessage(id)->getStatus(), GSM::Message::SendNow);
+        EXPECT_TRUE(completions.empty());
+        clock.nowMs += waitMs - 1;
+        settle();
+        EXPECT_EQ(GSM::sms.getMessage(id)->getStatus(), GSM::Message::SendNow);
+        clock.nowMs += 1;
+        settle();
+    }
+    EXPECT_EQ(GSM::sms.getMessage(id)->getStatus(), GSM::Message::Failed);
+    ASSERT_EQ(completions.size(), 1u);
+    EXPECT_EQ(completions[0].first.errorCode(), GSM::ErrorNoNetwork);
+    EXPECT_EQ(text(completions[0].first.getErrorMessage()), u"There is no network service.");
+}
+
+TEST_F(Radio, SendNowOnAWaitingMessageTriesItNow) {
+    sim::failNextSend(GSM::ErrorBusy, u"The modem is busy.");
+    const long id = send({u"+4917011"}, u"one");
+    settle();
+    ASSERT_EQ(GSM::sms.getMessage(id)->getStatus(), GSM::Message::SendNow);
+    ASSERT_TRUE(GSM::sms.setMessageStatus(id, GSM::Message::SendNow).isOk());
+    settle();
+    EXPECT_EQ(GSM::sms.getMessage(id)->getStatus(), GSM::Message::Sent);
+}
+
+TEST_F(Radio, ARetryGoesOnAfterTheRecipientsAlreadyReached) {
+    std::vector<int> sent;
+    sim::watchTransmissions([&sent](long, int recipient, int, int) {
+        sent.push_back(recipient);
+        if (recipient == 1 && sent.size() == 2)
+            sim::setDeviceState(GSM::Device::StateSearching);
+    });
+    const long id = send({u"+4917011", u"+4917022", u"+4917033"}, u"hello");
+    settle();
+    EXPECT_EQ(GSM::sms.getMessage(id)->getStatus(), GSM::Message::SendNow);
+    sim::setDeviceState(GSM::Device::StateRegisteredHome);
+    clock.nowMs += 30'000;
+    settle();
+    sim::watchTransmissions(nullptr);
+    EXPECT_EQ(GSM::sms.getMessage(id)->getStatus(), GSM::Message::Sent);
+    EXPECT_EQ(sent, (std::vector<int>{0, 1, 2})) << "nobody gets it twice";
 }
 
 TEST_F(Radio, OneFailureInABatchDoesNotStopTheRest) {

@@ -8,8 +8,11 @@
 
 namespace {
 
+using tessaly::telephony::isTemporaryFailure;
+using tessaly::telephony::kSendRetries;
 using tessaly::telephony::refusalBeforeSending;
 using tessaly::telephony::refusalOfTheNetwork;
+using tessaly::telephony::retryDelayMs;
 
 TEST(SendChecks, AMessageThatCannotGoOutIsRefusedWithItsReason) {
     const struct {
@@ -48,21 +51,37 @@ TEST(SendChecks, TheNetworkRefusesWithoutServiceAndWhenRoamingIsOff) {
     const struct {
         int state;
         bool roamingAllowed;
-        bool refused;
+        long refusal; // ErrorNone: none
     } cases[] = {
-        {GSM::Device::StateRegisteredHome, false, false},
-        {GSM::Device::StateRegisteredRoaming, true, false},
-        {GSM::Device::StateRegisteredRoaming, false, true},
-        {GSM::Device::StateSearching, true, true},
-        {GSM::Device::StateNoSim, true, true},
-        {GSM::Device::StateOff, true, true},
+        {GSM::Device::StateRegisteredHome, false, GSM::ErrorNone},
+        {GSM::Device::StateRegisteredRoaming, true, GSM::ErrorNone},
+        {GSM::Device::StateRegisteredRoaming, false, GSM::ErrorNotAvailable},
+        {GSM::Device::StateSearching, true, GSM::ErrorNoNetwork},
+        {GSM::Device::StateNoSim, true, GSM::ErrorNoNetwork},
+        {GSM::Device::StateOff, true, GSM::ErrorNoNetwork},
     };
     for (const auto& c : cases) {
         const auto refusal = refusalOfTheNetwork(c.state, c.roamingAllowed);
-        EXPECT_EQ(refusal.has_value(), c.refused) << c.state << " " << c.roamingAllowed;
-        if (refusal)
-            EXPECT_EQ(refusal->errorCode(), GSM::ErrorNoNetwork);
+        EXPECT_EQ(refusal ? refusal->errorCode() : GSM::ErrorNone, c.refusal)
+            << c.state << " " << c.roamingAllowed;
     }
+}
+
+TEST(SendChecks, OnlyNoNetworkAndABusyModemAreTriedAgain) {
+    const struct {
+        long code;
+        bool temporary;
+    } cases[] = {
+        {GSM::ErrorNoNetwork, true},        {GSM::ErrorBusy, true},
+        {GSM::ErrorNetworkRejected, false}, {GSM::ErrorInvalidArgument, false},
+        {GSM::ErrorNoRecipient, false},     {GSM::ErrorNotAvailable, false},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(isTemporaryFailure(GSM::Result(c.code, u"x")), c.temporary) << c.code;
+    EXPECT_EQ(retryDelayMs(0), -1);
+    EXPECT_EQ(retryDelayMs(1), 30'000);
+    EXPECT_EQ(retryDelayMs(kSendRetries), 480'000);
+    EXPECT_EQ(retryDelayMs(kSendRetries + 1), -1);
 }
 
 } // namespace

@@ -112,8 +112,9 @@ TEST_P(SendCrash, NothingLostAndNothingSentTwiceButTheSegmentOnTheAir) {
         ++kills;
         appendToLog("kill\n");
         // A kill before the child made its store leaves nothing to check.
-        if (QFile::exists(database()))
+        if (QFile::exists(database())) {
             EXPECT_EQ(queryNumber(database(), "PRAGMA integrity_check"), 1);
+        }
         const long long stored =
             queryNumber(database(), "SELECT count(*) FROM messages WHERE folder = 1");
         EXPECT_TRUE(stored <= 0 || stored == handedOver)

@@ -72,7 +72,7 @@ TEST_F(SendingProgress, AFailureNamesWhomItDidNotReachAndSendNowGoesOnlyToThem) 
     watch();
     const long id = handOver({u"+4917011", u"+4917022", u"+4917033"}, u"Hi");
     sendSegments(1);
-    sim::failNextSend(GSM::ErrorNoNetwork, u"No network.");
+    sim::failNextSend(GSM::ErrorNetworkRejected, u"Unknown number.");
     settle();
     GSM::Message* message = GSM::sms.getMessage(id);
     EXPECT_EQ(message->getStatus(), GSM::Message::Failed);
@@ -84,7 +84,7 @@ TEST_F(SendingProgress, AFailureNamesWhomItDidNotReachAndSendNowGoesOnlyToThem) 
     EXPECT_EQ(completions[0].first.errorCode(), GSM::ErrorNetworkRejected)
         << "the library's words are shown as they stand";
     EXPECT_EQ(text(completions[0].first.getErrorMessage()),
-              u"No network. Not sent to Anna Berg, +4917033.");
+              u"Unknown number. Not sent to Anna Berg, +4917033.");
 
     onTheAir.clear();
     ASSERT_TRUE(GSM::sms.setMessageStatus(id, GSM::Message::SendNow).isOk());
