@@ -50,11 +50,21 @@ void runInput(modem::EmulatedModem& emulated, const QString& line) {
         if (command == u"deliver") {
             emulated.deliverText(from.toStdU16String(), text.toStdU16String(), now());
         } else {
-            pdu::Deliver message;
-            message.originator = pdu::Address::fromText(from.toStdU16String());
-            message.serviceCentreTime = now();
-            message.userData = pdu::splitText(text.toStdU16String(), 0)->front();
-            emulated.store(message, true);
+            // Every part of a long text, as a phone leaves a concatenated message on the SIM.
+            const auto parts = pdu::splitText(text.toStdU16String(), 0);
+            if (!parts) {
+                std::printf("too long for one concatenated message (%lld characters)\n",
+                            static_cast<long long>(text.size()));
+                std::fflush(stdout);
+                return;
+            }
+            for (const pdu::UserData& part : *parts) {
+                pdu::Deliver message;
+                message.originator = pdu::Address::fromText(from.toStdU16String());
+                message.serviceCentreTime = now();
+                message.userData = part;
+                emulated.store(message, true);
+            }
         }
         std::printf("stored %s\n", qPrintable(command));
     } else if (!line.isEmpty()) {

@@ -222,7 +222,8 @@ void ModemManagerBackend::offerSim() {
     std::vector<IncomingSms> messages;
     for (const auto& [path, message] : simCopies_)
         messages.push_back(message);
-    offerSimMessages(messages, int(messages.size()));
+    // ModemManager 1.20 tells neither the SIM's slots nor how many are taken.
+    offerSimMessages(messages, kSimCapacityUnknown);
 }
 
 void ModemManagerBackend::onAdded(const QDBusObjectPath& path, bool received) {

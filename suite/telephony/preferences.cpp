@@ -56,12 +56,13 @@ void Store::loadSettings() {
                          settings_.preferredServiceCentre);
 
     Statement sim =
-        db_->prepare("SELECT id, sender, text, date, status FROM sim_messages ORDER BY id");
+        db_->prepare("SELECT id, sender, text, date, status, service_centre FROM sim_messages "
+                     "ORDER BY id");
     while (sim.step()) {
         simMessageIds_.push_back(long(sim.integer(0)));
         simMessages_.push_back({sim.text(1), sim.text(2),
                                 fileTimeFromUInt64(std::uint64_t(sim.integer(3))),
-                                sim.integer(4) == GSM::Message::Read});
+                                sim.integer(4) == GSM::Message::Read, sim.text(5)});
     }
 }
 

@@ -119,21 +119,24 @@ std::u16string Store::unreachedText(long id, const GSM::Result& reason) {
 
 GSM::Result Store::setSimContents(const std::vector<simulator::SimMessage>& messages,
                                   int capacity) {
-    if (capacity <= 0 || int(messages.size()) > capacity)
+    // A capacity of 0 is one the radio cannot tell (kSimCapacityUnknown).
+    if (capacity < 0 || (capacity > 0 && int(messages.size()) > capacity))
         return failure(GSM::ErrorInvalidArgument, u"The SIM cannot hold that many messages.");
     if (simTimer_ != 0)
         return failure(GSM::ErrorBusy, u"Messages are being moved off the SIM.");
     Database::Transaction transaction(*db_);
     bool ok = db_->exec("DELETE FROM sim_messages");
-    Statement insert = db_->prepare(
-        "INSERT INTO sim_messages(sender, text, date, status) VALUES(?, ?, ?, ?) RETURNING id");
+    Statement insert =
+        db_->prepare("INSERT INTO sim_messages(sender, text, date, status, service_centre) "
+                     "VALUES(?, ?, ?, ?, ?) RETURNING id");
     std::vector<long> ids;
     for (std::size_t i = 0; ok && i < messages.size(); ++i) {
         insert.reset();
         insert.bind(1, messages[i].from)
             .bind(2, messages[i].text)
             .bind(3, std::int64_t(fileTimeToUInt64(messages[i].date)))
-            .bind(4, std::int64_t(messages[i].read ? GSM::Message::Read : GSM::Message::Unread));
+            .bind(4, std::int64_t(messages[i].read ? GSM::Message::Read : GSM::Message::Unread))
+            .bind(5, messages[i].serviceCentre);
         ok = insert.step();
         if (ok)
             ids.push_back(long(insert.integer(0)));
@@ -175,7 +178,8 @@ void Store::simStep() {
     message->text = sim.text;
     const std::uint64_t ticks = fileTimeToUInt64(sim.date);
     message->dateTicks = ticks ? ticks : nowTicks();
-    message->serviceCentre = settings_.simServiceCentre;
+    message->serviceCentre =
+        sim.serviceCentre.empty() ? settings_.simServiceCentre : sim.serviceCentre;
     message->storedAddresses = {sim.from};
     Database::Transaction transaction(*db_);
     Statement remove = db_->prepare("DELETE FROM sim_messages WHERE id = ?");
@@ -195,7 +199,7 @@ void Store::simStep() {
     message->stored = true;
     cache_.unpin(message->getId());
     if (RadioBackend* backend = radioBackend())
-        backend->simMessageStored({sim.from, sim.text, sim.date, {}});
+        backend->simMessageStored({sim.from, sim.text, sim.date, sim.serviceCentre});
     simMessages_.erase(simMessages_.begin());
     simMessageIds_.erase(simMessageIds_.begin());
     touchMessages();

@@ -52,11 +52,14 @@ GSM::Result offerSimMessages(const std::vector<IncomingSms>& messages, int capac
             if (radioBackend())
                 radioBackend()->simMessageStored(message);
         } else {
-            fresh.push_back({message.from, message.text, message.date, true});
+            fresh.push_back(
+                {message.from, message.text, message.date, true, message.serviceCentre});
         }
     }
     if (fresh.empty())
         return {};
+    if (capacity == kSimCapacityUnknown)
+        return store->setSimContents(fresh, kSimCapacityUnknown);
     return store->setSimContents(fresh, std::max(capacity, int(fresh.size())));
 }
 

@@ -63,8 +63,11 @@ std::u16string radioDescription();
 // already in the Inbox is not stored again and the call succeeds, so a backend deletes its copy
 // only after success and a crash in between neither loses nor doubles a message.
 GSM::Result importReceived(const IncomingSms& message);
+// A SIM whose number of message slots the backend cannot learn (ModemManager does not say).
+constexpr int kSimCapacityUnknown = 0;
 // Messages found on the SIM: offered to the person for the SIM transfer (those already in the
-// Inbox are left out, and reported to the backend as stored).
+// Inbox are left out, and reported to the backend as stored). With kSimCapacityUnknown the
+// SIM is not said to be full, and Sms::simStorage reports a capacity of 0.
 GSM::Result offerSimMessages(const std::vector<IncomingSms>& messages, int capacity);
 
 } // namespace tessaly::telephony

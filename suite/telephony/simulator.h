@@ -27,6 +27,7 @@ struct SimMessage {
     std::u16string text;
     FILETIME date{};
     bool read = false;
+    std::u16string serviceCentre; // the one its PDU carried; empty: the SIM's own
 };
 // Replaces the SIM's messages; the host hears (count, capacity) when there are any and the
 // person has not declined the move.

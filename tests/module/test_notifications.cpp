@@ -369,7 +369,7 @@ protected:
     static void putOnSim(int count, int capacity) {
         std::vector<simulator::SimMessage> messages;
         for (int i = 0; i < count; ++i)
-            messages.push_back({u"+447700900120", u"Kept on the SIM", {}, false});
+            messages.push_back({u"+447700900120", u"Kept on the SIM", {}, false, {}});
         ASSERT_TRUE(simulator::setSimContents(messages, capacity).isOk());
     }
     static int inboxSize() {

@@ -375,9 +375,9 @@ TEST_F(Radio, MessageBeingSentCannotBeChangedOrDeleted) {
 TEST_F(Radio, SimMessagesMoveIntoTheInbox) {
     EXPECT_EQ(GSM::sms.moveSimMessages().errorCode(), GSM::ErrorSimEmpty);
     EXPECT_EQ(sim::setSimContents({{}, {}, {}}, 2).errorCode(), GSM::ErrorInvalidArgument);
-    ASSERT_TRUE(sim::setSimContents({{u"+4917011", u"one", {}, true},
-                                     {u"+4917022", u"two", {}, false},
-                                     {u"+4917033", u"three", {}, false}},
+    ASSERT_TRUE(sim::setSimContents({{u"+4917011", u"one", {}, true, {}},
+                                     {u"+4917022", u"two", {}, false, {}},
+                                     {u"+4917033", u"three", {}, false, {}}},
                                     3)
                     .isOk());
     settle();
@@ -398,7 +398,7 @@ TEST_F(Radio, SimMessagesMoveIntoTheInbox) {
     // Once the person declined, the host is no longer asked.
     GSM::Preferences::getMainPreferences()->setAskToMoveSimMessages(false);
     simCalls.clear();
-    ASSERT_TRUE(sim::setSimContents({{u"+4917011", u"again", {}, false}}, 5).isOk());
+    ASSERT_TRUE(sim::setSimContents({{u"+4917011", u"again", {}, false, {}}}, 5).isOk());
     settle();
     EXPECT_TRUE(simCalls.empty());
 }

@@ -149,4 +149,33 @@ TEST_F(RadioBackendTest, SimMessagesAlreadyStoredAreNotOfferedAgain) {
     EXPECT_EQ(GSM::sms.messageCount(GSM::Sms::FolderInbox), 2);
 }
 
+TEST_F(RadioBackendTest, AMessageMovedOffTheSimKeepsItsServiceCentre) {
+    const telephony::IncomingSms carried{u"+4915112345", u"one", daysAgo(clock, 2), u"+4917100"};
+    const telephony::IncomingSms without{u"+4915112345", u"two", daysAgo(clock, 1), u""};
+    ASSERT_TRUE(telephony::offerSimMessages({carried, without}, 10).isOk());
+    settle();
+    ASSERT_TRUE(GSM::sms.moveSimMessages().isOk());
+    settle();
+    GSM::MessageContainer* inbox =
+        GSM::sms.getMessages(GSM::Sms::FolderInbox, GSM::Sms::SortByDate);
+    ASSERT_EQ(inbox->size(), 2);
+    std::vector<std::u16string> centres;
+    for (int i = 0; i < inbox->size(); ++i)
+        centres.push_back(inbox->get(i)->getServiceCentre());
+    EXPECT_NE(std::find(centres.begin(), centres.end(), u"+4917100"), centres.end())
+        << "the centre the PDU carried";
+}
+
+TEST_F(RadioBackendTest, ASimOfUnknownSizeIsNotSaidToBeFull) {
+    const telephony::IncomingSms one{u"+4915112345", u"one", daysAgo(clock, 2), u""};
+    ASSERT_TRUE(telephony::offerSimMessages({one}, telephony::kSimCapacityUnknown).isOk());
+    settle();
+    EXPECT_EQ(simCalls, (std::vector<std::pair<int, int>>{{1, 0}}));
+    int used = -1;
+    int capacity = -1;
+    ASSERT_TRUE(GSM::sms.simStorage(&used, &capacity).isOk());
+    EXPECT_EQ(used, 1);
+    EXPECT_EQ(capacity, 0);
+}
+
 } // namespace
