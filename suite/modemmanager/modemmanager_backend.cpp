@@ -1,5 +1,7 @@
 #include "suite/modemmanager/modemmanager_backend.h"
 
+#include "suite/modemmanager/modem_state.h"
+
 #include "suite/telephony/pdu/pdu.h"
 
 #include "framework/time/clock.h"
@@ -11,6 +13,7 @@
 #include <QDateTime>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <vector>
 
 namespace tessaly::telephony {
@@ -20,6 +23,7 @@ namespace {
 constexpr auto kService = "org.freedesktop.ModemManager1";
 constexpr auto kRoot = "/org/freedesktop/ModemManager1";
 constexpr auto kModem = "org.freedesktop.ModemManager1.Modem";
+constexpr auto kModem3gpp = "org.freedesktop.ModemManager1.Modem.Modem3gpp";
 constexpr auto kMessaging = "org.freedesktop.ModemManager1.Modem.Messaging";
 constexpr auto kSms = "org.freedesktop.ModemManager1.Sms";
 constexpr auto kProperties = "org.freedesktop.DBus.Properties";
@@ -145,6 +149,7 @@ std::u16string ModemManagerBackend::description() const {
 void ModemManagerBackend::start() {
     bus_.connect(kService, modem_, kMessaging, QStringLiteral("Added"), this,
                  SLOT(onAdded(QDBusObjectPath, bool)));
+    watchDeviceState();
     QDBusMessage state =
         QDBusMessage::createMethodCall(kService, modem_, kProperties, QStringLiteral("Get"));
     state << QString::fromLatin1(kModem) << QStringLiteral("State");
@@ -164,6 +169,60 @@ void ModemManagerBackend::start() {
         whenAnswered(bus_.asyncCall(enable, kSendTimeoutMs), this,
                      [this](const QDBusPendingCall&) { importExisting(); });
     });
+}
+
+void ModemManagerBackend::watchDeviceState() {
+    bus_.connect(kService, modem_, kProperties, QStringLiteral("PropertiesChanged"), this,
+                 SLOT(onModemPropertiesChanged(QString, QVariantMap, QStringList)));
+    for (const char* interface : {kModem, kModem3gpp}) {
+        QDBusMessage all =
+            QDBusMessage::createMethodCall(kService, modem_, kProperties, QStringLiteral("GetAll"));
+        all << QString::fromLatin1(interface);
+        whenAnswered(bus_.asyncCall(all, 5000), this, [this](const QDBusPendingCall& call) {
+            const QDBusMessage reply = call.reply();
+            if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+                return;
+            takeModemProperties(qdbus_cast<QVariantMap>(reply.arguments().at(0)));
+            reportDeviceState();
+        });
+    }
+}
+
+void ModemManagerBackend::onModemPropertiesChanged(const QString& interface,
+                                                   const QVariantMap& changed, const QStringList&) {
+    if (interface != QLatin1String(kModem) && interface != QLatin1String(kModem3gpp))
+        return;
+    takeModemProperties(changed);
+    reportDeviceState();
+}
+
+void ModemManagerBackend::takeModemProperties(const QVariantMap& properties) {
+    if (const auto state = properties.find(QStringLiteral("State")); state != properties.end())
+        modemState_ = state->toInt();
+    if (const auto reason = properties.find(QStringLiteral("StateFailedReason"));
+        reason != properties.end())
+        failedReason_ = reason->toInt();
+    if (const auto registration = properties.find(QStringLiteral("RegistrationState"));
+        registration != properties.end())
+        registration_ = registration->toUInt();
+    if (const auto name = properties.find(QStringLiteral("OperatorName")); name != properties.end())
+        operatorName_ = name->toString();
+    // (ub): the quality in percent, and whether it is recent.
+    if (const auto quality = properties.find(QStringLiteral("SignalQuality"));
+        quality != properties.end()) {
+        const QDBusArgument argument = quality->value<QDBusArgument>();
+        uint percent = 0;
+        bool recent = false;
+        argument.beginStructure();
+        argument >> percent >> recent;
+        argument.endStructure();
+        signalPercent_ = int(std::min(percent, 100u));
+    }
+}
+
+void ModemManagerBackend::reportDeviceState() {
+    reportRadioState({deviceStateFrom(modemState_, failedReason_, registration_), signalPercent_,
+                      operatorName_.toStdU16String()});
 }
 
 void ModemManagerBackend::readSms(const QString& path,

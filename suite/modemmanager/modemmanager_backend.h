@@ -12,6 +12,7 @@
 #include <QDBusObjectPath>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QVariantMap>
 
 #include <functional>
@@ -46,6 +47,8 @@ public:
 private Q_SLOTS:
     void onAdded(const QDBusObjectPath& path, bool received);
     void onSmsPropertiesChanged(const QDBusMessage& message);
+    void onModemPropertiesChanged(const QString& interface, const QVariantMap& changed,
+                                  const QStringList& invalidated);
 
 private:
     ModemManagerBackend(const QDBusConnection& bus, QString modemPath, QString description);
@@ -68,6 +71,16 @@ private:
     // Expires with the backend, so that a retry timer that fires later does nothing.
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
     bool listed_ = false; // the messages held at start have been listed
+
+    // The network as the modem reports it, told to the store as it changes.
+    void watchDeviceState();
+    void takeModemProperties(const QVariantMap& properties);
+    void reportDeviceState();
+    int modemState_ = 0;
+    int failedReason_ = 0;
+    unsigned registration_ = 0;
+    int signalPercent_ = 0;
+    QString operatorName_;
 };
 
 } // namespace tessaly::telephony

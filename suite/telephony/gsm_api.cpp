@@ -106,7 +106,10 @@ public:
 
 class PhoneDevice final : public GSM::Device {
 public:
-    int signalStrength() const override { return inService() ? 80 : 0; }
+    int signalStrength() const override {
+        Store* store = Store::current();
+        return store && inService() ? store->signalPercent() : 0;
+    }
     Battery battery() const override { return BatteryHigh; }
     int batteryLevel() const override { return 90; }
     Net netStatus() const override {
@@ -140,7 +143,10 @@ public:
     }
     int gprsClass() const override { return 10; }
     GSM::Result setGprsClass(int) override { return notSupported(); }
-    const WCHAR* operatorName() const override { return inService() ? u"Tessaly Mobile" : u""; }
+    const WCHAR* operatorName() const override {
+        Store* store = Store::current();
+        return store && inService() ? store->operatorName().c_str() : u"";
+    }
     GSM::Result refresh() override { return {}; }
     int smsService() const override {
         Store* store = Store::current();

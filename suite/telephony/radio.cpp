@@ -224,6 +224,33 @@ void Store::setDeviceState(int state) {
         [](GSM::DeviceEventHandler* handler) { handler->eventStatusChanged(); });
 }
 
+void Store::setRadioState(const RadioState& state) {
+    const bool statusChanged = state.state != deviceState_;
+    const bool signalChanged = state.signalPercent != signalPercent_;
+    const bool operatorChanged = state.operatorName != operatorName_;
+    deviceState_ = state.state;
+    signalPercent_ = std::clamp(state.signalPercent, 0, 100);
+    operatorName_ = state.operatorName;
+    auto& events = EventQueue::instance();
+    if (statusChanged) {
+        const GSM::Device::Net net = GSM::device.netStatus();
+        events.broadcast<GSM::DeviceEventHandler>(HandlerKind::Device,
+                                                  [net](GSM::DeviceEventHandler* handler) {
+                                                      handler->eventStatusChanged();
+                                                      handler->eventNetStatusChanged(net);
+                                                  });
+    }
+    if (signalChanged)
+        events.broadcast<GSM::DeviceEventHandler>(
+            HandlerKind::Device,
+            [](GSM::DeviceEventHandler* handler) { handler->eventSignalStrengthChanged(); });
+    if (operatorChanged)
+        events.broadcast<GSM::DeviceEventHandler>(
+            HandlerKind::Device, [](GSM::DeviceEventHandler* handler) {
+                handler->eventInformationUpdated(GSM::Device::InformationOperator);
+            });
+}
+
 GSM::Result Store::setSmsService(int service) {
     if (!smsServiceKnown)
         return failure(GSM::ErrorNotSupported, u"The device cannot choose the SMS bearer.");

@@ -41,6 +41,11 @@ GSM::Result importReceived(const IncomingSms& message) {
     return store->receive(message.from, message.text, message.date, message.serviceCentre, nullptr);
 }
 
+void reportRadioState(const RadioState& state) {
+    if (Store* store = Store::current())
+        store->setRadioState(state);
+}
+
 GSM::Result offerSimMessages(const std::vector<IncomingSms>& messages, int capacity) {
     Store* store = Store::current();
     if (!store)

@@ -63,6 +63,16 @@ std::u16string radioDescription();
 // already in the Inbox is not stored again and the call succeeds, so a backend deletes its copy
 // only after success and a crash in between neither loses nor doubles a message.
 GSM::Result importReceived(const IncomingSms& message);
+// The network as the backend's modem sees it.
+struct RadioState {
+    int state = 0;         // GSM::Device::State
+    int signalPercent = 0; // 0 .. 100
+    std::u16string operatorName;
+};
+// The device answers from this from now on (until the backend is replaced), and its handlers
+// hear what changed: the status, the signal strength, the network and the operator's name.
+void reportRadioState(const RadioState& state);
+
 // A SIM whose number of message slots the backend cannot learn (ModemManager does not say).
 constexpr int kSimCapacityUnknown = 0;
 // Messages found on the SIM: offered to the person for the SIM transfer (those already in the

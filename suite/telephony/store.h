@@ -15,6 +15,7 @@
 #include "suite/telephony/message_records.h"
 #include "suite/telephony/message_window.h"
 #include "suite/telephony/preference_records.h"
+#include "suite/telephony/radio_backend.h"
 #include "suite/telephony/send_queue.h"
 #include "suite/telephony/simulator.h"
 #include "suite/telephony/store_support.h"
@@ -183,6 +184,10 @@ public:
     int simMessageCount() const { return int(simMessages_.size()); }
     int deviceState() const override { return deviceState_; }
     void setDeviceState(int state);
+    // The signal and operator the device reports; the simulator's until a backend says.
+    int signalPercent() const { return signalPercent_; }
+    const std::u16string& operatorName() const { return operatorName_; }
+    void setRadioState(const RadioState& state);
     bool smsServiceKnown = true;
     GSM::Result setSmsService(int service);
 
@@ -258,6 +263,8 @@ private:
     std::vector<long> simMessageIds_;
     TimerHandle simTimer_ = 0;
     int deviceState_ = GSM::Device::StateRegisteredHome;
+    int signalPercent_ = 80;
+    std::u16string operatorName_ = u"Tessaly Mobile";
 
     // Last, so that it goes first: its timer and a backend's late answers end before the
     // messages it reads.

@@ -3,6 +3,7 @@
 // emulator's unix socket). Skipped when ModemManager or dbus-daemon is not installed.
 
 #include "framework/ui/dialog.h"
+#include "gsm/device.h"
 #include "host/host_session.h"
 #include "host/phone_window.h"
 #include "host/radio_choice.h"
@@ -239,6 +240,15 @@ TEST_F(ModemEndToEnd, SendsAndReceivesThroughModemManager) {
     EXPECT_TRUE(waitFor([&] { return emulated_->storedCount("SM") == 0; }))
         << "the modem's copy of the SIM message was not deleted";
     EXPECT_TRUE(waitFor([&] { return user.boxes().size() == 1; }));
+
+    // The device answers from the modem: registered at home on the emulator's network.
+    EXPECT_TRUE(waitFor([] {
+        return std::u16string(GSM::device.operatorName()) == u"Tessaly Net" &&
+               GSM::device.getState() == GSM::Device::StateRegisteredHome;
+    })) << "operator \""
+        << QString::fromStdU16String(GSM::device.operatorName()).toStdString() << "\", state "
+        << GSM::device.getState();
+    std::printf("the modem's signal as the phone shows it: %d %%\n", GSM::device.signalStrength());
 
     // SEND from the composer: the message reaches the emulator as a correct SUBMIT.
     phone.homeScreen()->messagesButton()->click();

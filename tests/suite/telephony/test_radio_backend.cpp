@@ -166,6 +166,38 @@ TEST_F(RadioBackendTest, AMessageMovedOffTheSimKeepsItsServiceCentre) {
         << "the centre the PDU carried";
 }
 
+TEST_F(RadioBackendTest, TheDeviceAnswersFromTheModemAndSaysWhatChanged) {
+    struct Listener : GSM::DeviceEventHandler {
+        void eventStatusChanged() override { log.push_back("status"); }
+        void eventNetStatusChanged(GSM::Device::Net net) override {
+            log.push_back("net " + std::to_string(net));
+        }
+        void eventSignalStrengthChanged() override { log.push_back("signal"); }
+        void eventInformationUpdated(GSM::Device::Information which) override {
+            log.push_back("information " + std::to_string(which));
+        }
+        std::vector<std::string> log;
+    } listener;
+    telephony::reportRadioState({GSM::Device::StateRegisteredRoaming, 64, u"Tessaly Net"});
+    settle();
+    EXPECT_EQ(GSM::device.getState(), GSM::Device::StateRegisteredRoaming);
+    EXPECT_EQ(GSM::device.netStatus(), GSM::Device::NetRoaming);
+    EXPECT_EQ(GSM::device.signalStrength(), 64);
+    EXPECT_EQ(std::u16string(GSM::device.operatorName()), u"Tessaly Net");
+    EXPECT_EQ(listener.log,
+              (std::vector<std::string>{
+                  "status", "net " + std::to_string(GSM::Device::NetRoaming), "signal",
+                  "information " + std::to_string(GSM::Device::InformationOperator)}));
+    listener.log.clear();
+    telephony::reportRadioState({GSM::Device::StateRegisteredRoaming, 20, u"Tessaly Net"});
+    settle();
+    EXPECT_EQ(listener.log, std::vector<std::string>{"signal"}) << "only what changed";
+    telephony::reportRadioState({GSM::Device::StateSearching, 0, u""});
+    settle();
+    EXPECT_EQ(GSM::device.signalStrength(), 0);
+    EXPECT_EQ(std::u16string(GSM::device.operatorName()), u"");
+}
+
 TEST_F(RadioBackendTest, ASimOfUnknownSizeIsNotSaidToBeFull) {
     const telephony::IncomingSms one{u"+4915112345", u"one", daysAgo(clock, 2), u""};
     ASSERT_TRUE(telephony::offerSimMessages({one}, telephony::kSimCapacityUnknown).isOk());
