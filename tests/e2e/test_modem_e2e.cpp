@@ -4,6 +4,7 @@
 
 #include "framework/ui/dialog.h"
 #include "gsm/device.h"
+#include "gsm/preferences.h"
 #include "host/host_session.h"
 #include "host/phone_window.h"
 #include "host/radio_choice.h"
@@ -250,7 +251,14 @@ TEST_F(ModemEndToEnd, SendsAndReceivesThroughModemManager) {
         << GSM::device.getState();
     std::printf("the modem's signal as the phone shows it: %d %%\n", GSM::device.signalStrength());
 
-    // SEND from the composer: the message reaches the emulator as a correct SUBMIT.
+    // SEND from the composer: the message reaches the emulator as a correct SUBMIT, with the
+    // Sending page's validity (one day) and service centre.
+    GSM::MainPreferences& sending = *GSM::Preferences::getMainPreferences();
+    ASSERT_TRUE(sending.setValidityPeriod(GSM::Message::OneDay).isOk());
+    GSM::ServiceCentreList& centres = *sending.serviceCentres();
+    ASSERT_TRUE(centres.add(u"Operator", u"+447700900900").isOk());
+    ASSERT_TRUE(centres.setPreferred(centres.count() - 1).isOk());
+    ASSERT_TRUE(centres.commit(true).isOk());
     phone.homeScreen()->messagesButton()->click();
     ASSERT_TRUE(waitFor([] { return !windowsOf(IDD_MAIN).empty(); }));
     ASSERT_TRUE(testkit::chooseCommand(*windowsOf(IDD_MAIN).front(), IDM_MAIN_NEW));
@@ -273,6 +281,11 @@ TEST_F(ModemEndToEnd, SendsAndReceivesThroughModemManager) {
     EXPECT_EQ(submit.userData.text, std::u16string(outbox->get(outbox->size() - 1)->getText()));
     EXPECT_NE(submit.userData.text.find(u"Hello from Tessaly {€} ✓"), std::u16string::npos);
     EXPECT_EQ(submit.userData.alphabet, pdu::Alphabet::Ucs2);
+    EXPECT_EQ(submit.validity, pdu::Validity::relativeCode(GSM::Message::OneDay));
+    const std::u16string centre = outbox->get(outbox->size() - 1)->getServiceCentre();
+    EXPECT_EQ(centre, u"+447700900900");
+    ASSERT_TRUE(emulated_->sent()[0].serviceCentre.has_value()) << "the PDU names no centre";
+    EXPECT_EQ(emulated_->sent()[0].serviceCentre->text(), centre);
     ASSERT_TRUE(waitFor([&] { return user.boxes().size() == 3; }));
     EXPECT_EQ(user.boxes().back().text, QStringLiteral("Your message was sent successfully."));
 
@@ -326,25 +339,49 @@ TEST_F(ModemEndToEnd, SendsAndReceivesThroughModemManager) {
         longestTurnMs = std::max(longestTurnMs, turn.elapsed());
         QThread::msleep(1);
     }
-    ASSERT_TRUE(waitFor([&] { return user.boxes().size() == 5; }));
+    ASSERT_TRUE(waitFor([&] { return user.boxes().size() == 6; }));
     std::printf("ten messages through ModemManager in %lld ms; the longest event-loop turn "
                 "took %lld ms\n",
                 static_cast<long long>(sendingFor.elapsed()),
                 static_cast<long long>(longestTurnMs));
 
+    // A three-part message with an emoji goes out as three UCS-2 parts of one concatenated
+    // message, which read together give the text.
+    user.answerBox(IDOK);
+    const std::u16string emojiText = u"Grüße 😀 " + std::u16string(140, u'ж');
+    const std::size_t partsBefore = emulated_->sent().size();
+    GSM::Message* long3 = queue(u"+447700900126", emojiText);
+    ASSERT_TRUE(waitFor([&] { return long3->getStatus() == GSM::Message::Sent; }));
+    ASSERT_EQ(emulated_->sent().size(), partsBefore + 3);
+    std::u16string joined;
+    for (std::size_t i = partsBefore; i < partsBefore + 3; ++i) {
+        const pdu::UserData& part = emulated_->sent()[i].submit.userData;
+        EXPECT_EQ(part.alphabet, pdu::Alphabet::Ucs2);
+        ASSERT_TRUE(part.concatenation.has_value());
+        EXPECT_EQ(part.concatenation->total, 3);
+        EXPECT_EQ(part.concatenation->sequence, int(i - partsBefore) + 1);
+        EXPECT_EQ(part.concatenation->reference,
+                  emulated_->sent()[partsBefore].submit.userData.concatenation->reference);
+        joined += part.text;
+    }
+    EXPECT_EQ(joined, emojiText);
+    ASSERT_TRUE(waitFor([&] { return user.boxes().size() == 7; }));
+
     // RECEIVE: messages injected at the emulator land in the Inbox with the new-message
-    // notification, a long one reassembled, and the modem's copies are deleted.
-    const std::u16string longText(200, u'z');
+    // notification, a long one (three parts) and one with an emoji reassembled, and the
+    // modem's copies are deleted.
+    const std::u16string longText(400, u'z');
+    emulated_->deliverText(u"+447700900777", emojiText, {2026, 11, 23, 17, 59, 0, 0});
     emulated_->deliverText(u"+447700900777", u"Reply from the network 😀",
                            {2026, 11, 23, 18, 0, 0, 0});
     emulated_->deliverText(u"Bank", longText, {2026, 11, 23, 18, 1, 0, 0});
     ASSERT_TRUE(waitFor([&] {
-        return inboxHas(u"Reply from the network 😀") && inboxHas(longText);
+        return inboxHas(u"Reply from the network 😀") && inboxHas(longText) && inboxHas(emojiText);
     })) << "the received messages did not reach the Inbox";
     ASSERT_TRUE(waitFor([] { return !windowsOf(IDD_NEW_MESSAGE_NOTIFICATION).empty(); }));
     EXPECT_TRUE(waitFor([&] { return emulated_->storedCount("ME") == 0; }))
         << "the modem's copies of received messages were not deleted";
-    EXPECT_EQ(phone.homeScreen()->unreadText(), QStringLiteral("2 new messages"));
+    EXPECT_EQ(phone.homeScreen()->unreadText(), QStringLiteral("3 new messages"));
     waitFor([] { return false; }, 300);
     EXPECT_TRUE(e2e_test::savePicture(phone, QStringLiteral("modem_new_message.png")));
     session.stop();
