@@ -19,7 +19,11 @@ std::shared_ptr<RadioBackend>& installedBackend() {
 } // namespace
 
 void setRadioBackend(std::shared_ptr<RadioBackend> backend) {
+    if (backend == installedBackend())
+        return;
     installedBackend() = std::move(backend);
+    if (Store* store = Store::current())
+        store->sendQueue().backendChanged();
 }
 
 RadioBackend* radioBackend() {

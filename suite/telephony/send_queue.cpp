@@ -47,6 +47,18 @@ void SendQueue::unqueue(long id) {
         std::erase(queue_, id);
 }
 
+void SendQueue::backendChanged() {
+    if (!backendBusy_ || !job_)
+        return;
+    const long id = job_->id;
+    job_.reset();
+    backendBusy_ = false;
+    alive_ = std::make_shared<bool>(true);
+    if (queued_.insert(id).second)
+        queue_.push_front(id);
+    schedule(0);
+}
+
 void SendQueue::stopRetry(long id) {
     const auto found = retries_.find(id);
     if (found == retries_.end())

@@ -67,6 +67,10 @@ public:
     void queue(long id);
     // The message leaves the queue (deleted, or no longer to be sent); the one in flight goes on.
     void unqueue(long id);
+    // The radio backend was replaced or removed: a message it was sending and never answered
+    // for goes back to the front of the queue (what the radio confirmed is kept), and the old
+    // backend's late answer is ignored.
+    void backendChanged();
     // Whether the message failed for a while and waits for its next attempt.
     bool isWaitingToRetry(long id) const { return retries_.count(id) && retries_.at(id).timer; }
     bool isSending(long id) const { return job_ && job_->id == id; }

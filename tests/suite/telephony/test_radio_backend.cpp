@@ -198,6 +198,28 @@ TEST_F(RadioBackendTest, TheDeviceAnswersFromTheModemAndSaysWhatChanged) {
     EXPECT_EQ(std::u16string(GSM::device.operatorName()), u"");
 }
 
+TEST_F(RadioBackendTest, AModemGoneDuringASendLeavesTheMessageQueued) {
+    const long id = queue({u"+4917011", u"+4917022"}, u"hello");
+    settle();
+    ASSERT_EQ(backend->sent.size(), 1u);
+    backend->answer({}); // the first recipient is reached
+    settle();
+    ASSERT_EQ(backend->sent.size(), 2u);
+    // The modem goes while the second is on its way; another takes over.
+    auto next = std::make_shared<FakeBackend>();
+    telephony::setRadioBackend(next);
+    settle();
+    EXPECT_EQ(GSM::sms.getMessage(id)->getStatus(), GSM::Message::SendNow);
+    ASSERT_EQ(next->sent.size(), 1u) << "the queue goes on with the new modem";
+    EXPECT_EQ(next->sent[0].number, u"+4917022") << "the recipient reached is not sent again";
+    backend->answer(GSM::Result(520, u"gone")); // the old modem's late answer
+    settle();
+    EXPECT_EQ(GSM::sms.getMessage(id)->getStatus(), GSM::Message::SendNow);
+    next->answer({});
+    settle();
+    EXPECT_EQ(GSM::sms.getMessage(id)->getStatus(), GSM::Message::Sent);
+}
+
 TEST_F(RadioBackendTest, ASimOfUnknownSizeIsNotSaidToBeFull) {
     const telephony::IncomingSms one{u"+4915112345", u"one", daysAgo(clock, 2), u""};
     ASSERT_TRUE(telephony::offerSimMessages({one}, telephony::kSimCapacityUnknown).isOk());
