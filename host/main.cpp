@@ -12,6 +12,7 @@
 #include "host/host_options.h"
 #include "host/host_session.h"
 #include "host/message_alerts.h"
+#include "host/modem_watcher.h"
 #include "host/phone_window.h"
 #include "host/radio_choice.h"
 #include "host/running_phone.h"
@@ -183,6 +184,10 @@ int main(int argc, char** argv) {
         }
         std::printf("tessaly-phone: radio: %s\n", qPrintable(radio.description));
         std::fflush(stdout);
+        // Auto follows modems that come and go while the phone runs.
+        std::optional<tessaly::host::ModemWatcher> modemWatcher;
+        if (options->radio == tessaly::host::RadioKind::Auto)
+            modemWatcher.emplace(tessaly::telephony::ModemManagerBackend::defaultBus());
         // A picture run tells the desktop nothing.
         std::optional<tessaly::host::DesktopNotifications> desktop;
         std::optional<tessaly::host::MessageAlerts> alerts;

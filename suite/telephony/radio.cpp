@@ -251,6 +251,10 @@ void Store::setRadioState(const RadioState& state) {
             });
 }
 
+void Store::useSimulatedRadioState() {
+    setRadioState({deviceState_, kSimulatedSignal, kSimulatedOperator});
+}
+
 GSM::Result Store::setSmsService(int service) {
     if (!smsServiceKnown)
         return failure(GSM::ErrorNotSupported, u"The device cannot choose the SMS bearer.");

@@ -21,9 +21,13 @@ std::shared_ptr<RadioBackend>& installedBackend() {
 void setRadioBackend(std::shared_ptr<RadioBackend> backend) {
     if (backend == installedBackend())
         return;
+    const bool simulated = !backend;
     installedBackend() = std::move(backend);
-    if (Store* store = Store::current())
+    if (Store* store = Store::current()) {
         store->sendQueue().backendChanged();
+        if (simulated)
+            store->useSimulatedRadioState();
+    }
 }
 
 RadioBackend* radioBackend() {

@@ -188,6 +188,8 @@ public:
     int signalPercent() const { return signalPercent_; }
     const std::u16string& operatorName() const { return operatorName_; }
     void setRadioState(const RadioState& state);
+    // Back to the simulator's signal and operator (the state stays as it was).
+    void useSimulatedRadioState();
     bool smsServiceKnown = true;
     GSM::Result setSmsService(int service);
 
@@ -263,8 +265,10 @@ private:
     std::vector<long> simMessageIds_;
     TimerHandle simTimer_ = 0;
     int deviceState_ = GSM::Device::StateRegisteredHome;
-    int signalPercent_ = 80;
-    std::u16string operatorName_ = u"Tessaly Mobile";
+    static constexpr int kSimulatedSignal = 80;
+    static constexpr const char16_t* kSimulatedOperator = u"Tessaly Mobile";
+    int signalPercent_ = kSimulatedSignal;
+    std::u16string operatorName_ = kSimulatedOperator;
 
     // Last, so that it goes first: its timer and a backend's late answers end before the
     // messages it reads.

@@ -6,6 +6,7 @@
 #include "gsm/device.h"
 #include "gsm/preferences.h"
 #include "host/host_session.h"
+#include "host/modem_watcher.h"
 #include "host/phone_window.h"
 #include "host/radio_choice.h"
 #include "modem-emulator/emulated_modem.h"
@@ -384,6 +385,42 @@ TEST_F(ModemEndToEnd, SendsAndReceivesThroughModemManager) {
     EXPECT_EQ(phone.homeScreen()->unreadText(), QStringLiteral("3 new messages"));
     waitFor([] { return false; }, 300);
     EXPECT_TRUE(e2e_test::savePicture(phone, QStringLiteral("modem_new_message.png")));
+    session.stop();
+}
+
+// A modem that comes after the phone started is used without a restart, and when ModemManager
+// goes the simulator takes over again, with a message queued meanwhile kept.
+TEST_F(ModemEndToEnd, AModemThatComesAndGoesIsFollowed) {
+    testkit::ScriptedUser user;
+    user.answerBox(IDOK); // sent through the modem
+    user.answerBox(IDOK); // sent through the simulator
+    tessaly::host::PhoneWindow phone;
+    tessaly::host::HostSession session(&phone);
+    ASSERT_TRUE(e2e_test::startModule(session));
+    ASSERT_TRUE(tessaly::host::chooseRadio(tessaly::host::RadioKind::Auto, *connection_).ok);
+    EXPECT_EQ(telephony::radioDescription(), u"simulator") << "no modem yet";
+    tessaly::host::ModemWatcher watcher(*connection_);
+
+    createModem();
+    ASSERT_TRUE(waitFor([] { return telephony::radioDescription() != u"simulator"; }))
+        << "the modem that appeared was not taken";
+    EXPECT_TRUE(waitFor([] {
+        return std::u16string(GSM::device.operatorName()) == u"Tessaly Net";
+    })) << "the device does not answer from the modem";
+    GSM::Message* first = queue(u"+447700900130", u"Through the modem that came");
+    ASSERT_TRUE(waitFor([&] { return first->getStatus() == GSM::Message::Sent; }));
+    EXPECT_EQ(emulated_->sent().size(), 1u);
+
+    // ModemManager ends: the simulator takes over, and a message queued now goes out there.
+    modemManager_.terminate();
+    ASSERT_TRUE(modemManager_.waitForFinished(10'000));
+    ASSERT_TRUE(waitFor([] { return telephony::radioDescription() == u"simulator"; }))
+        << "the vanished modem is still in use";
+    EXPECT_EQ(std::u16string(GSM::device.operatorName()), u"Tessaly Mobile");
+    GSM::Message* second = queue(u"+447700900131", u"After the modem went");
+    EXPECT_TRUE(waitFor([&] { return second->getStatus() == GSM::Message::Sent; }));
+    EXPECT_EQ(emulated_->sent().size(), 1u) << "nothing more reached the gone modem";
+    EXPECT_TRUE(waitFor([&] { return user.boxes().size() == 2; }));
     session.stop();
 }
 
