@@ -183,7 +183,7 @@ std::unique_ptr<Database> Database::open(const QString& path, GSM::Result* error
     sqlite3_extended_result_codes(handle, 1);
     // Reading the header first tells a damaged or foreign file apart before anything is written.
     if (!db->exec("PRAGMA user_version") || !db->exec("PRAGMA journal_mode=WAL") ||
-        !db->exec("PRAGMA synchronous=FULL") || !db->exec("PRAGMA foreign_keys=ON")) {
+        !db->exec("PRAGMA synchronous=FULL")) {
         if (error)
             *error = db->failure(u"The telephony database cannot be read");
         return nullptr;

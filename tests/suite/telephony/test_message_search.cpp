@@ -191,6 +191,31 @@ TEST_F(MessageSearchTest, TheIndexFollowsChangesAndPassesItsIntegrityCheck) {
     sqlite3_close(db);
 }
 
+TEST_F(MessageSearchTest, DeletedMessagesAndContactsTakeTheirAddressesAndNumbersWithThem) {
+    GSM::MessageContainer* inbox = GSM::sms.getMessages(0, 0);
+    ASSERT_TRUE(GSM::sms.setMessageStatus(inbox->get(0)->getId(), GSM::Message::Deleted).isOk());
+    ASSERT_TRUE(GSM::sms.deleteMessages(GSM::Sms::FolderOutbox, 0).isOk());
+    GSM::Folder* contacts = GSM::PhoneBook::getFolder(GSM::PhoneBook::FolderContacts);
+    ASSERT_GT(contacts->size(), 0);
+    ASSERT_TRUE(contacts->remove(0).isOk());
+    telephony::close();
+
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(directory_.filePath(QStringLiteral("telephony.db")).toUtf8(), &db),
+              SQLITE_OK);
+    for (const char* orphans :
+         {"SELECT count(*) FROM addresses WHERE message_id NOT IN (SELECT id FROM messages)",
+          "SELECT count(*) FROM contact_numbers WHERE contact_id NOT IN (SELECT id FROM "
+          "contacts)"}) {
+        sqlite3_stmt* statement = nullptr;
+        ASSERT_EQ(sqlite3_prepare_v2(db, orphans, -1, &statement, nullptr), SQLITE_OK);
+        ASSERT_EQ(sqlite3_step(statement), SQLITE_ROW);
+        EXPECT_EQ(sqlite3_column_int(statement, 0), 0) << orphans;
+        sqlite3_finalize(statement);
+    }
+    sqlite3_close(db);
+}
+
 TEST(MessageSearchMigration, AStoreFromBeforeTheIndexIsIndexedWhenOpened) {
     QTemporaryDir directory;
     const QString path = directory.filePath(QStringLiteral("telephony.db"));
