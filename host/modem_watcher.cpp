@@ -2,6 +2,7 @@
 
 #include "host/radio_choice.h"
 
+#include "suite/modemmanager/dbus_names.h"
 #include "suite/modemmanager/modemmanager_backend.h"
 #include "suite/telephony/radio_backend.h"
 
@@ -12,10 +13,8 @@
 namespace tessaly::host {
 namespace {
 
-constexpr auto kService = "org.freedesktop.ModemManager1";
-constexpr auto kRoot = "/org/freedesktop/ModemManager1";
-constexpr auto kObjectManager = "org.freedesktop.DBus.ObjectManager";
-constexpr auto kModem = "org.freedesktop.ModemManager1.Modem";
+using namespace telephony::modemmanager;
+
 constexpr int kLookAttempts = 10;
 constexpr int kLookIntervalMs = 500;
 

@@ -1,5 +1,6 @@
 #include "suite/modemmanager/modemmanager_backend.h"
 
+#include "suite/modemmanager/dbus_names.h"
 #include "suite/modemmanager/modem_state.h"
 
 #include "suite/telephony/pdu/pdu.h"
@@ -20,13 +21,7 @@ namespace tessaly::telephony {
 
 namespace {
 
-constexpr auto kService = "org.freedesktop.ModemManager1";
-constexpr auto kRoot = "/org/freedesktop/ModemManager1";
-constexpr auto kModem = "org.freedesktop.ModemManager1.Modem";
-constexpr auto kModem3gpp = "org.freedesktop.ModemManager1.Modem.Modem3gpp";
-constexpr auto kMessaging = "org.freedesktop.ModemManager1.Modem.Messaging";
-constexpr auto kSms = "org.freedesktop.ModemManager1.Sms";
-constexpr auto kProperties = "org.freedesktop.DBus.Properties";
+using namespace modemmanager;
 
 // ModemManager's enumerations, as its API documents them.
 constexpr int kModemStateDisabled = 3;
@@ -103,8 +98,7 @@ std::shared_ptr<ModemManagerBackend> ModemManagerBackend::find(const QDBusConnec
     if (!bus.isConnected())
         return nullptr;
     QDBusMessage call = QDBusMessage::createMethodCall(
-        kService, kRoot, QStringLiteral("org.freedesktop.DBus.ObjectManager"),
-        QStringLiteral("GetManagedObjects"));
+        kService, kRoot, QString::fromLatin1(kObjectManager), QStringLiteral("GetManagedObjects"));
     call.setAutoStartService(startService);
     const QDBusMessage reply = bus.call(call, QDBus::Block, timeoutMs);
     if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
