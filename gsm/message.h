@@ -53,6 +53,9 @@ public:
     // Whether the radio reached the recipient at this position of getContacts(); false for
     // one not reached yet, one it failed to reach, and any message never sent.
     virtual bool wasSentTo(int position) const = 0;
+    // When the network reported the message delivered to the recipient at this position (local
+    // time); zero when no report has come.
+    virtual FILETIME deliveredTo(int position) const = 0;
 
     virtual Result setText(const WCHAR* text) = 0;
     virtual Result setServiceCentre(const WCHAR* number) = 0;

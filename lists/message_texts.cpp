@@ -3,6 +3,7 @@
 #include "framework/resources/resources.h"
 #include "resources/resource.h"
 #include "settings/validity_choices.h"
+#include "util/date_time_text.h"
 
 namespace tessaly::sms {
 
@@ -145,6 +146,26 @@ QString notSentText(const GSM::Message& message, const GSM::Folder* contacts) {
         names.append(name.isEmpty() ? contactNumber(contact) : name);
     }
     return names.join(QStringLiteral(", "));
+}
+
+QString deliveredText(const GSM::Message& message, const GSM::Folder* contacts) {
+    if (!contacts || contacts->size() == 0)
+        return {};
+    int delivered = 0;
+    std::uint64_t latest = 0;
+    for (int position = 0; position < contacts->size(); ++position) {
+        const std::uint64_t ticks = fileTimeToUInt64(message.deliveredTo(position));
+        if (ticks == 0)
+            continue;
+        ++delivered;
+        latest = std::max(latest, ticks);
+    }
+    if (delivered == 0)
+        return {};
+    const QString time = FormatTimestamp(fileTimeFromUInt64(latest));
+    if (delivered == contacts->size())
+        return time;
+    return QStringLiteral("%1/%2, %3").arg(delivered).arg(contacts->size()).arg(time);
 }
 
 QString sizeWarningText(int folder) {

@@ -53,6 +53,9 @@ QString labelText(int wordId);
 // A failed message to several recipients: those it did not reach, by name or number, one
 // after the other. Empty for any other message.
 QString notSentText(const GSM::Message& message, const GSM::Folder* contacts);
+// A sent message the network reported delivered: the time of the last report, after "2/3"
+// when some recipients have none yet. Empty without any report.
+QString deliveredText(const GSM::Message& message, const GSM::Folder* contacts);
 // The warning for a folder of more than 1,000 messages, naming the Outbox for folder 1.
 QString sizeWarningText(int folder);
 

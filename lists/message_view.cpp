@@ -61,6 +61,7 @@ MessageView::MessageView(long messageId, int folder, Dialog* parent)
     if (folder_ == kOutboxFolder) {
         recipients_ = recipientsText(contacts);
         notSent_ = notSentText(*message_, contacts);
+        delivered_ = deliveredText(*message_, contacts);
     }
 }
 
@@ -73,7 +74,7 @@ bool MessageView::onInitDialog() {
         title->setFont(titleFont_);
     // The arrows show pictures; a screen reader says these instead.
     for (const auto& [id, name] : {std::pair{IDC_VIEW_DOWN, IDS_A11Y_SHOW_DETAILS},
-                                  std::pair{IDC_VIEW_UP, IDS_A11Y_HIDE_DETAILS}})
+                                   std::pair{IDC_VIEW_UP, IDS_A11Y_HIDE_DETAILS}})
         if (QWidget* button = item(id))
             setControlAccessibleName(button, loadString(name));
     if (message_)
@@ -98,6 +99,8 @@ void MessageView::fillFields() {
     setItemText(IDC_VIEW_DATE, dateText_);
     setItemText(IDC_VIEW_NOT_SENT_LABEL, labelText(IDS_NOT_SENT));
     setItemText(IDC_VIEW_NOT_SENT, notSent_);
+    setItemText(IDC_VIEW_DELIVERED_LABEL, labelText(IDS_DELIVERED));
+    setItemText(IDC_VIEW_DELIVERED, delivered_);
     setItemText(IDC_VIEW_STATUS, loadString(statusTextId(status_)));
     if (outbox)
         setItemText(IDC_VIEW_VALIDITY, loadString(validityTextId(validity_)));
@@ -176,6 +179,14 @@ void MessageView::layoutControls() {
         moveItem(IDC_VIEW_NOT_SENT_LABEL, QRect(kMargin, y, kValueX - kMargin, lineHeight));
         moveItem(IDC_VIEW_NOT_SENT, QRect(kValueX, y, valueWidth, height));
         y += height;
+    }
+    // The delivery report, too, is part of what the person looks for in a sent message.
+    showItem(IDC_VIEW_DELIVERED_LABEL, !delivered_.isEmpty());
+    showItem(IDC_VIEW_DELIVERED, !delivered_.isEmpty());
+    if (!delivered_.isEmpty()) {
+        moveItem(IDC_VIEW_DELIVERED_LABEL, QRect(kMargin, y, kValueX - kMargin, lineHeight));
+        moveItem(IDC_VIEW_DELIVERED, QRect(kValueX, y, valueWidth, lineHeight));
+        y += lineHeight;
     }
     const int lines[][2] = {{IDC_VIEW_STATUS_LABEL, IDC_VIEW_STATUS},
                             {IDC_VIEW_VALIDITY_LABEL, IDC_VIEW_VALIDITY},

@@ -51,6 +51,7 @@ private:
     QString dateText_;
     RecipientsText recipients_;
     QString notSent_;
+    QString delivered_;
     QFont titleFont_;
 };
 

@@ -81,6 +81,8 @@
 #define IDC_VIEW_RECIPIENTS 12030
 #define IDC_VIEW_NOT_SENT_LABEL 12186 // a failed message: the recipients it did not reach
 #define IDC_VIEW_NOT_SENT 12187
+#define IDC_VIEW_DELIVERED_LABEL 12188 // a sent message: when the network reported it delivered
+#define IDC_VIEW_DELIVERED 12189
 #define IDC_DELETE_ALL 10048
 #define IDC_DELETE_OLDER 10049
 #define IDC_DELETE_DAYS 10013
@@ -467,3 +469,4 @@
 #define IDS_A11Y_SHOW_DETAILS 12300 // the down arrow of the composer and the message view
 #define IDS_A11Y_HIDE_DETAILS 12301 // the up arrow
 #define IDS_A11Y_FAVOURITES 12302   // the composer's favourites button
+#define IDS_DELIVERED 12303         // the message view's delivery line

@@ -26,6 +26,9 @@ struct HostHooks {
     // SIM storage: (messages, capacity) when the SIM holds messages, (0, 0) per message moved,
     // (-1, -1) when the move has finished.
     std::function<void(int, int)> openSimNotification;
+    // The network reported a sent message delivered to the recipient at this position (true)
+    // or given up on (false).
+    std::function<void(long id, int recipient, bool delivered)> openDeliveryReport;
     std::function<void(void*)> moduleIdle;
     std::function<void(GSM::ServiceId)> setActiveService;
     // Without it: SMS and phone book are available, voice calls are not.

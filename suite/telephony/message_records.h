@@ -32,6 +32,7 @@ public:
     bool useSameServiceCentre() const override { return replyPath; }
     GSM::Folder* getContacts() override;
     bool wasSentTo(int position) const override;
+    FILETIME deliveredTo(int position) const override;
     GSM::Result setText(const WCHAR* text) override;
     GSM::Result setServiceCentre(const WCHAR* number) override;
     GSM::Result setUseSameServiceCentre(bool replyPath) override;

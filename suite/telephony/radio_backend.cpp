@@ -49,6 +49,11 @@ GSM::Result importReceived(const IncomingSms& message) {
     return store->receive(message.from, message.text, message.date, message.serviceCentre, nullptr);
 }
 
+GSM::Result reportDelivery(long messageId, int recipient, const DeliveryReport& report) {
+    Store* store = Store::current();
+    return store ? store->recordDelivery(messageId, recipient, report) : Store::unavailable();
+}
+
 void reportRadioState(const RadioState& state) {
     if (Store* store = Store::current())
         store->setRadioState(state);

@@ -73,6 +73,18 @@ struct RadioState {
 // hear what changed: the status, the signal strength, the network and the operator's name.
 void reportRadioState(const RadioState& state);
 
+// What the network reported of a message sent with a status report asked for
+// (TS 23.040 9.2.2.3): delivered at `time`, or given up on for `reason`.
+struct DeliveryReport {
+    bool delivered = true;
+    FILETIME time{}; // local time of the delivery; zero: now
+    std::u16string reason;
+};
+// The report for the recipient at this position of a sent message: the time is kept (the
+// message view shows it, the host hears of it); a failure ends the message Failed with the
+// reason. A report for a message or recipient not sent is refused.
+GSM::Result reportDelivery(long messageId, int recipient, const DeliveryReport& report);
+
 // A SIM whose number of message slots the backend cannot learn (ModemManager does not say).
 constexpr int kSimCapacityUnknown = 0;
 // Messages found on the SIM: offered to the person for the SIM transfer (those already in the

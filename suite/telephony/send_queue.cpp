@@ -10,6 +10,13 @@
 
 namespace tessaly::telephony {
 
+namespace {
+
+// How long after a recipient was reached the simulated network reports the delivery.
+constexpr int kSimulatedDeliveryMs = 2000;
+
+} // namespace
+
 std::vector<std::u16string> MessageToSend::numbers() const {
     std::vector<std::u16string> numbers;
     numbers.reserve(recipients.size());
@@ -24,6 +31,8 @@ SendQueue::SendQueue(SendQueueStorage& storage, int segmentDelayMs)
 
 SendQueue::~SendQueue() {
     stopTimer();
+    for (const TimerHandle timer : deliveryTimers_)
+        Clock::current().stopTimer(timer);
     for (const auto& [id, retry] : retries_)
         if (retry.timer != 0)
             Clock::current().stopTimer(retry.timer);
@@ -57,6 +66,16 @@ void SendQueue::backendChanged() {
     if (queued_.insert(id).second)
         queue_.push_front(id);
     schedule(0);
+}
+
+void SendQueue::reportDeliveryLater(long id, int recipient) {
+    auto handle = std::make_shared<TimerHandle>(0);
+    *handle = Clock::current().startTimer(kSimulatedDeliveryMs, [this, id, recipient, handle] {
+        Clock::current().stopTimer(*handle);
+        deliveryTimers_.erase(*handle);
+        storage_.recordDelivered(id, recipient);
+    });
+    deliveryTimers_.insert(*handle);
 }
 
 void SendQueue::stopRetry(long id) {
@@ -194,6 +213,8 @@ void SendQueue::simulatedStep() {
         if (transmitObserver_)
             transmitObserver_(job.id, job.recipient, job.segment, job.segments);
         storage_.recordProgress(job.id, job.recipient, job.segment, job.segments);
+        if (job.segment == job.segments && storage_.statusReport())
+            reportDeliveryLater(job.id, job.recipient);
         const long id = job.id;
         const int recipient = job.recipient;
         const int segment = job.segment;

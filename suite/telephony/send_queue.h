@@ -54,6 +54,8 @@ public:
     virtual int deviceState() const = 0;
     virtual bool sendWhileRoaming() const = 0;
     virtual bool statusReport() const = 0;
+    // The simulated network's report: the message reached this recipient now.
+    virtual void recordDelivered(long id, int recipient) = 0;
 };
 
 class SendQueue {
@@ -128,6 +130,10 @@ private:
         TimerHandle timer = 0;
     };
     std::unordered_map<long, Retry> retries_;
+    // The simulated network reports delivery a moment after a recipient was reached, when a
+    // status report was asked for.
+    void reportDeliveryLater(long id, int recipient);
+    std::unordered_set<TimerHandle> deliveryTimers_;
     // Expires with the queue, so that a radio backend's late answer is ignored.
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };

@@ -325,6 +325,64 @@ bool Store::recipientSent(long id, int position) {
     return sent;
 }
 
+void Store::recordDelivered(long id, int recipient) {
+    // A message deleted in the meantime has nobody left to tell.
+    recordDelivery(id, recipient, {});
+}
+
+std::uint64_t Store::deliveryTicks(long id, int position) {
+    Statement& row =
+        db_->cached("SELECT delivered FROM addresses WHERE message_id = ? AND position = ?");
+    row.bind(1, std::int64_t(id)).bind(2, std::int64_t(position));
+    const std::uint64_t ticks = row.step() ? std::uint64_t(row.integer(0)) : 0;
+    row.reset();
+    return ticks;
+}
+
+GSM::Result Store::recordDelivery(long id, int recipient, const DeliveryReport& report) {
+    MessageRecord* message = findMessage(id);
+    if (!message || !message->stored || message->folder != GSM::Sms::FolderOutbox)
+        return failure(GSM::ErrorNotFound, u"The message does not exist.");
+    if (!recipientSent(id, recipient))
+        return failure(GSM::ErrorInvalidArgument, u"The message was not sent to this recipient.");
+    Database::Transaction transaction(*db_);
+    bool ok = true;
+    if (report.delivered) {
+        const std::uint64_t ticks = fileTimeToUInt64(report.time);
+        Statement& delivered =
+            db_->cached("UPDATE addresses SET delivered = ? WHERE message_id = ? AND position = ?");
+        delivered.bind(1, std::int64_t(ticks ? ticks : nowTicks()))
+            .bind(2, std::int64_t(id))
+            .bind(3, std::int64_t(recipient));
+        delivered.step();
+        ok = delivered.ok();
+    } else {
+        // The network gave up on it: the message failed for this recipient, with its reason.
+        Statement& failed = db_->cached(
+            "UPDATE addresses SET outcome = ?, failure = ? WHERE message_id = ? AND position = ?");
+        failed.bind(1, std::int64_t(kRecipientFailed))
+            .bind(2, report.reason)
+            .bind(3, std::int64_t(id))
+            .bind(4, std::int64_t(recipient));
+        failed.step();
+        Statement& status = db_->cached("UPDATE messages SET status = ? WHERE id = ?");
+        status.bind(1, std::int64_t(GSM::Message::Failed)).bind(2, std::int64_t(id));
+        status.step();
+        ok = failed.ok() && status.ok();
+    }
+    if (!ok || !transaction.commit())
+        return db_->failure(u"The delivery report cannot be stored");
+    if (!report.delivered)
+        message->status = GSM::Message::Failed;
+    touchMessages();
+    const bool delivered = report.delivered;
+    EventQueue::instance().post([id, recipient, delivered] {
+        if (hostHooks().openDeliveryReport)
+            hostHooks().openDeliveryReport(id, recipient, delivered);
+    });
+    return {};
+}
+
 GSM::Result Store::removeMessage(MessageRecord& message) {
     Statement remove = db_->prepare("DELETE FROM messages WHERE id = ?");
     remove.bind(1, std::int64_t(message.getId()));
@@ -551,6 +609,10 @@ GSM::Folder* MessageRecord::getContacts() {
 
 bool MessageRecord::wasSentTo(int position) const {
     return stored && !removed && store_.recipientSent(id_, position);
+}
+
+FILETIME MessageRecord::deliveredTo(int position) const {
+    return fileTimeFromUInt64(stored && !removed ? store_.deliveryTicks(id_, position) : 0);
 }
 
 std::vector<std::u16string> MessageRecord::addressNumbers() const {

@@ -136,6 +136,9 @@ public:
     std::u16string sortNameOf(const std::u16string& number);
     // Whether the radio reached the recipient at this position of a stored message.
     bool recipientSent(long id, int position);
+    // When the network reported the message delivered to this recipient; 0 without a report.
+    std::uint64_t deliveryTicks(long id, int position);
+    GSM::Result recordDelivery(long id, int recipient, const DeliveryReport& report);
     std::unique_ptr<FolderImpl> materializeAddresses(MessageRecord& message,
                                                      const std::vector<std::u16string>& numbers);
 
@@ -223,6 +226,7 @@ private:
     std::optional<MessageToSend> messageToSend(long id) override;
     void recordProgress(long id, int recipient, int sentSegments, int segments) override;
     GSM::Result recordOutcome(long id, int failedRecipient, const GSM::Result& result) override;
+    void recordDelivered(long id, int recipient) override;
     // Who a message to several recipients did not reach, and why, for the completion.
     std::u16string unreachedText(long id, const GSM::Result& reason);
     bool sendWhileRoaming() const override { return settings_.sendWhileRoaming; }

@@ -1,6 +1,7 @@
 #include "lists/message_view.h"
 #include "lists_fixture.h"
 #include "resources/resource.h"
+#include "suite/telephony/radio_backend.h"
 
 #include "framework/ui/menu.h"
 
@@ -107,6 +108,44 @@ TEST_F(MessageViewTest, AFailedMessageToSeveralSaysWhomItDidNotReach) {
         EXPECT_TRUE(view.isItemVisible(IDC_VIEW_NOT_SENT)) << "details shown or not";
         EXPECT_TRUE(testkit::saveScreenshot(
             view, testkit::testOutputPath(QStringLiteral("lists_message_view_not_sent.png"))));
+    });
+}
+
+TEST_F(MessageViewTest, ASentMessageShowsWhenItWasDelivered) {
+    GSM::Message* message = GSM::Message::make();
+    for (const char16_t* number : {u"+4917011111", u"0172222"})
+        message->getContacts()->add(number, 0);
+    message->setText(u"Dinner at eight?");
+    ASSERT_TRUE(message->endEdit(false).isOk());
+    for (int turn = 0; turn < 10 && message->getStatus() != GSM::Message::Sent; ++turn) {
+        clock.advance(100);
+        settle();
+    }
+    ASSERT_EQ(message->getStatus(), GSM::Message::Sent);
+    const long id = message->getId();
+    runView(id, 1, [](MessageView& view) {
+        EXPECT_FALSE(view.isItemVisible(IDC_VIEW_DELIVERED)) << "no report yet";
+    });
+    SYSTEMTIME time{2026, 11, 2, 24, 18, 5, 0, 0};
+    FILETIME when{};
+    SystemTimeToFileTime(&time, &when);
+    ASSERT_TRUE(tessaly::telephony::reportDelivery(id, 1, {true, when, {}}).isOk());
+    settle();
+    runView(id, 1, [](MessageView& view) {
+        EXPECT_TRUE(view.isItemVisible(IDC_VIEW_DELIVERED));
+        EXPECT_EQ(view.itemText(IDC_VIEW_DELIVERED_LABEL), QStringLiteral("Delivered:"));
+        EXPECT_TRUE(view.itemText(IDC_VIEW_DELIVERED).startsWith(QStringLiteral("1/2, ")))
+            << view.itemText(IDC_VIEW_DELIVERED).toStdString();
+    });
+    ASSERT_TRUE(tessaly::telephony::reportDelivery(id, 0, {true, when, {}}).isOk());
+    settle();
+    runView(id, 1, [](MessageView& view) {
+        EXPECT_FALSE(view.itemText(IDC_VIEW_DELIVERED).contains(u'/')) << "everyone has it";
+        EXPECT_LE(view.item(IDC_VIEW_DELIVERED)->geometry().bottom(),
+                  view.item(IDC_VIEW_TEXT)->geometry().top());
+        EXPECT_EQ(view.itemText(IDC_VIEW_STATUS), QStringLiteral("Sent"));
+        EXPECT_TRUE(testkit::saveScreenshot(
+            view, testkit::testOutputPath(QStringLiteral("lists_message_view_delivered.png"))));
     });
 }
 

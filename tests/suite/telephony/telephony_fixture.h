@@ -112,6 +112,9 @@ protected:
             completions.emplace_back(result, plural);
         };
         hooks.openSimNotification = [this](int a, int b) { simCalls.emplace_back(a, b); };
+        hooks.openDeliveryReport = [this](long id, int recipient, bool delivered) {
+            deliveries.push_back({id, recipient, delivered});
+        };
         tessaly::telephony::installHostHooks(hooks);
         openStore(QStringLiteral(":memory:"));
     }
@@ -155,6 +158,13 @@ protected:
     std::vector<Progress> progress;
     std::vector<std::pair<GSM::Result, bool>> completions;
     std::vector<std::pair<int, int>> simCalls;
+    struct Delivery {
+        long id;
+        int recipient;
+        bool delivered;
+        bool operator==(const Delivery&) const = default;
+    };
+    std::vector<Delivery> deliveries;
 };
 
 inline std::u16string text(const WCHAR* value) {

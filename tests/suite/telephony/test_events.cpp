@@ -322,6 +322,23 @@ TEST_F(Radio, SendNowOnAWaitingMessageTriesItNow) {
     EXPECT_EQ(GSM::sms.getMessage(id)->getStatus(), GSM::Message::Sent);
 }
 
+TEST_F(Radio, TheSimulatedNetworkReportsDeliveryWhenAskedTo) {
+    const long plain = send({u"+4917011"}, u"no report asked");
+    settle();
+    ASSERT_TRUE(GSM::Preferences::getMainPreferences()->setStatusReport(true).isOk());
+    const long asked = send({u"+4917011", u"+4917022"}, u"report asked");
+    settle();
+    ASSERT_EQ(GSM::sms.getMessage(asked)->getStatus(), GSM::Message::Sent);
+    EXPECT_EQ(fileTimeToUInt64(GSM::sms.getMessage(asked)->deliveredTo(0)), 0u) << "not yet";
+    clock.nowMs += 2000;
+    clock.nowTicks += 2000 * 10000;
+    settle();
+    for (int recipient : {0, 1})
+        EXPECT_NE(fileTimeToUInt64(GSM::sms.getMessage(asked)->deliveredTo(recipient)), 0u)
+            << recipient;
+    EXPECT_EQ(fileTimeToUInt64(GSM::sms.getMessage(plain)->deliveredTo(0)), 0u);
+}
+
 TEST_F(Radio, ARetryGoesOnAfterTheRecipientsAlreadyReached) {
     std::vector<int> sent;
     sim::watchTransmissions([&sent](long, int recipient, int, int) {

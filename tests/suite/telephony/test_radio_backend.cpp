@@ -220,6 +220,34 @@ TEST_F(RadioBackendTest, AModemGoneDuringASendLeavesTheMessageQueued) {
     EXPECT_EQ(GSM::sms.getMessage(id)->getStatus(), GSM::Message::Sent);
 }
 
+TEST_F(RadioBackendTest, DeliveryReportsAreKeptAndAFailedOneEndsTheMessageFailed) {
+    const long id = queue({u"+4917011", u"+4917022"}, u"hello");
+    settle();
+    backend->answer({});
+    settle();
+    EXPECT_EQ(telephony::reportDelivery(id, 1, {}).errorCode(), GSM::ErrorInvalidArgument)
+        << "not sent to the second recipient yet";
+    backend->answer({});
+    settle();
+    ASSERT_EQ(GSM::sms.getMessage(id)->getStatus(), GSM::Message::Sent);
+
+    const FILETIME when = daysAgo(clock, 0.5);
+    ASSERT_TRUE(telephony::reportDelivery(id, 0, {true, when, {}}).isOk());
+    settle();
+    GSM::Message* message = GSM::sms.getMessage(id);
+    EXPECT_EQ(fileTimeToUInt64(message->deliveredTo(0)), fileTimeToUInt64(when));
+    EXPECT_EQ(fileTimeToUInt64(message->deliveredTo(1)), 0u) << "no report yet";
+    EXPECT_EQ(message->getStatus(), GSM::Message::Sent);
+
+    ASSERT_TRUE(telephony::reportDelivery(id, 1, {false, {}, u"Unknown subscriber"}).isOk());
+    settle();
+    EXPECT_EQ(message->getStatus(), GSM::Message::Failed);
+    EXPECT_TRUE(message->wasSentTo(0));
+    EXPECT_FALSE(message->wasSentTo(1)) << "the network did not reach it";
+    EXPECT_EQ(deliveries, (std::vector<Delivery>{{id, 0, true}, {id, 1, false}}));
+    EXPECT_EQ(telephony::reportDelivery(id + 100, 0, {}).errorCode(), GSM::ErrorNotFound);
+}
+
 TEST_F(RadioBackendTest, ASimOfUnknownSizeIsNotSaidToBeFull) {
     const telephony::IncomingSms one{u"+4915112345", u"one", daysAgo(clock, 2), u""};
     ASSERT_TRUE(telephony::offerSimMessages({one}, telephony::kSimCapacityUnknown).isOk());
