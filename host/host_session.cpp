@@ -78,6 +78,10 @@ void HostSession::installHooks() {
         exports.openSendingCompletion(std::move(result), plural);
     };
     hooks.openSimNotification = exports.openSimNotification;
+    hooks.openDeliveryReport = [this](long id, int recipient, bool delivered) {
+        if (deliveryListener_)
+            deliveryListener_(id, recipient, delivered);
+    };
     hooks.moduleIdle = [this](void* hostIdle) { moduleWentIdle(hostIdle); };
     hooks.setActiveService = [](GSM::ServiceId) {};
     hooks.isServiceAvailable = [](GSM::ServiceId service) {

@@ -43,6 +43,11 @@ public:
         messageListener_ = std::move(listener);
     }
 
+    // Called when the network reported a sent message delivered to a recipient, or given up.
+    void setDeliveryListener(std::function<void(long id, int recipient, bool delivered)> listener) {
+        deliveryListener_ = std::move(listener);
+    }
+
     bool isRunning() const { return module_.isLoaded(); }
     const SmsExports& exports() const { return module_.exports(); }
     // The pointer the module hands back with GSM::moduleIdle.
@@ -58,6 +63,7 @@ private:
     SmsModuleLibrary module_;
     int idleCount_ = 0;
     std::function<void(long)> messageListener_;
+    std::function<void(long, int, bool)> deliveryListener_;
 };
 
 } // namespace tessaly::host

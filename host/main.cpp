@@ -197,6 +197,9 @@ int main(int argc, char** argv) {
                 *desktop, [&phone] { return phone.isActive(); },
                 [&session](long id) { session.showMessage(id); });
             session.setMessageListener([&alerts](long id) { alerts->messageArrived(id); });
+            session.setDeliveryListener([&alerts](long id, int recipient, bool delivered) {
+                alerts->messageDelivered(id, recipient, delivered);
+            });
         }
         std::optional<tessaly::host::ScreenshotRun> screenshot;
         if (!options->screenshotPath.isEmpty())

@@ -7,9 +7,10 @@ namespace tessaly::host {
 
 namespace {
 
-QString sender(GSM::Message& message) {
+// The name the phone book gives the party at this position, else the number.
+QString party(GSM::Message& message, int position) {
     GSM::Folder* contacts = message.getContacts();
-    const GSM::Contact* contact = contacts ? contacts->get(0) : nullptr;
+    const GSM::Contact* contact = contacts ? contacts->get(position) : nullptr;
     if (!contact)
         return {};
     const QString name =
@@ -37,7 +38,14 @@ QString firstLine(const QString& text) {
 } // namespace
 
 MessageAlert alertFor(GSM::Message& message) {
-    return {sender(message), firstLine(QString::fromUtf16(message.getText()))};
+    return {party(message, 0), firstLine(QString::fromUtf16(message.getText()))};
+}
+
+MessageAlert deliveryAlertFor(GSM::Message& message, int recipient, bool delivered) {
+    const QString to = party(message, recipient);
+    return {(delivered ? QStringLiteral("Delivered to ") : QStringLiteral("Not delivered to ")) +
+                to,
+            firstLine(QString::fromUtf16(message.getText()))};
 }
 
 MessageAlerts::MessageAlerts(DesktopNotifications& desktop, std::function<bool()> phoneIsActive,
@@ -61,6 +69,14 @@ void MessageAlerts::messageArrived(long id) {
     const MessageAlert alert = alertFor(*message);
     desktop_.post(id, alert.summary, alert.body);
     posted_.insert(id);
+}
+
+void MessageAlerts::messageDelivered(long id, int recipient, bool delivered) {
+    GSM::Message* message = GSM::sms.getMessage(id);
+    if (!message)
+        return;
+    const MessageAlert alert = deliveryAlertFor(*message, recipient, delivered);
+    desktop_.post(id, alert.summary, alert.body);
 }
 
 void MessageAlerts::eventMessagesChanged() {

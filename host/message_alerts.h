@@ -25,6 +25,7 @@ struct MessageAlert {
 constexpr int kAlertBodyLength = 120;
 
 MessageAlert alertFor(GSM::Message& message);
+MessageAlert deliveryAlertFor(GSM::Message& message, int recipient, bool delivered);
 
 class MessageAlerts final : public QObject, private GSM::SmsEventHandler {
     Q_OBJECT
@@ -36,6 +37,11 @@ public:
 
     // A message arrived.
     void messageArrived(long id);
+    // The network reported a sent message delivered to the recipient at this position (posted
+    // as "Delivered to" the name or number), or given up on ("Not delivered to", with the
+    // network's reason in the message view). Posted whether the phone is in front or not: the
+    // phone shows it only in the message view.
+    void messageDelivered(long id, int recipient, bool delivered);
 
 private:
     void eventMessagesChanged() override;

@@ -76,7 +76,8 @@ QString defaultModulePath() {
     const QString beside = programs.filePath(QStringLiteral("Sms.tsm"));
     if (QFile::exists(beside))
         return beside;
-    return QDir::cleanPath(programs.filePath(QStringLiteral(TESSALY_INSTALLED_MODULE_DIR "/Sms.tsm")));
+    return QDir::cleanPath(
+        programs.filePath(QStringLiteral(TESSALY_INSTALLED_MODULE_DIR "/Sms.tsm")));
 }
 
 SmsModuleLibrary::~SmsModuleLibrary() {

@@ -205,7 +205,9 @@ QWidget* SimulatorPanel::buildSim() {
         for (int i = 0; i < messages; ++i)
             contents.push_back({u"+447700900120",
                                 toU16(QStringLiteral("Message %1 kept on the SIM.").arg(i + 1)),
-                                now, false, {}});
+                                now,
+                                false,
+                                {}});
         const GSM::Result result = sim::setSimContents(contents, capacity->value());
         report(result.isOk() ? QStringLiteral("The SIM holds %1 of %2 messages.")
                                    .arg(messages)

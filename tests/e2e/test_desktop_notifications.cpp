@@ -66,6 +66,9 @@ struct PhoneWithAlerts {
               phoneIsActive ? std::move(phoneIsActive) : [this] { return phone.isActive(); },
               open ? std::move(open) : [this](long id) { session.showMessage(id); }) {
         session.setMessageListener([this](long id) { alerts.messageArrived(id); });
+        session.setDeliveryListener([this](long id, int recipient, bool delivered) {
+            alerts.messageDelivered(id, recipient, delivered);
+        });
     }
     ~PhoneWithAlerts() {}
 
@@ -203,6 +206,24 @@ TEST_F(DesktopNotificationsTest, TellsOfMessagesWhileThePhoneIsNotInFront) {
     ASSERT_TRUE(settleUntil([&] { return !service_.closed.empty(); }, 5000));
     settleUntil([] { return false; }, 200);
     EXPECT_EQ(service_.closed, std::vector<uint>{41});
+}
+
+TEST_F(DesktopNotificationsTest, TellsWhenTheNetworkDeliveredASentMessage) {
+    startService();
+    tessaly::testkit::ScriptedUser user;
+    user.answerBox(IDOK); // sent
+    PhoneWithAlerts running(address_, [] { return true; });
+    ASSERT_TRUE(e2e_test::startModule(running.session));
+    ASSERT_TRUE(GSM::Preferences::getMainPreferences()->setStatusReport(true).isOk());
+    GSM::Message* message = GSM::Message::make();
+    message->getContacts()->add(u"+447700900111", 0);
+    message->setText(u"See you at the station\nAnna");
+    ASSERT_TRUE(message->endEdit(false).isOk());
+    // The simulated network reports the delivery two seconds after sending.
+    ASSERT_TRUE(settleUntil([&] { return !service_.notified.empty(); }, 10'000));
+    EXPECT_EQ(service_.notified.back().summary, QStringLiteral("Delivered to Ada Lovelace"));
+    EXPECT_EQ(service_.notified.back().body, QStringLiteral("See you at the station"));
+    EXPECT_NE(fileTimeToUInt64(message->deliveredTo(0)), 0u);
 }
 
 TEST_F(DesktopNotificationsTest, ChoosingTheNotificationShowsTheMessageInThePhone) {
