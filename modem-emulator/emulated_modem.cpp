@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
+#include <utility>
 
 namespace tessaly::modem {
 
@@ -305,8 +306,15 @@ EmulatedModem::Outcome EmulatedModem::smsCommand(const std::string& name, char k
                     return cmsError(kOperationNotSupported);
                 newMessageMode_ = *mt;
             }
+            if (args.size() > 3) {
+                const auto ds = number(args[3]);
+                if (!ds || *ds < 0 || *ds > 2)
+                    return cmsError(kOperationNotSupported);
+                statusReportMode_ = *ds;
+            }
         } else if (kind == 'R') {
-            info("+CNMI: 2," + std::to_string(newMessageMode_) + ",0,0,0");
+            info("+CNMI: 2," + std::to_string(newMessageMode_) + ",0," +
+                 std::to_string(statusReportMode_) + ",0");
         } else {
             info("+CNMI: (0-2),(0-3),(0,2),(0-2),(0,1)");
         }
@@ -475,6 +483,16 @@ void EmulatedModem::recordSent(const pdu::Bytes& bytes, const pdu::SmsPdu& decod
                         decoded.serviceCentre, nextReference_++ & 0xff};
     sent_.push_back(message);
     info(answer + std::to_string(message.reference));
+    // The network delivers at once and says so (TS 23.040 9.2.2.3), when asked.
+    if (message.submit.statusReportRequest && statusReportMode_ == 1) {
+        pdu::StatusReport report;
+        report.messageReference = std::uint8_t(message.reference);
+        report.recipient = message.submit.destination;
+        report.serviceCentreTime = {2026, 11, 24, 12, 0, 0, 0};
+        report.dischargeTime = report.serviceCentreTime;
+        report.status = 0;
+        pendingReports_.push_back(report);
+    }
     if (onSent)
         onSent(message);
 }
@@ -560,6 +578,16 @@ void EmulatedModem::announce() {
 }
 
 void EmulatedModem::tick() {
+    for (const pdu::StatusReport& report : std::exchange(pendingReports_, {})) {
+        const auto tpdu = pdu::encode(report);
+        const auto sca = pdu::encodeWithServiceCentre(
+            {pdu::Address::fromText(
+                 std::u16string(identity_.serviceCentre.begin(), identity_.serviceCentre.end())),
+             report});
+        if (tpdu && sca)
+            output_("\r\n+CDS: " + std::to_string(tpdu->size()) + "\r\n" + pdu::toHex(*sca) +
+                    "\r\n");
+    }
     if (announced_ && ++ticksSinceAnnounced_ >= 10) {
         waiting_.insert(waiting_.begin(), *announced_);
         announced_.reset();

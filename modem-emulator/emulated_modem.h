@@ -111,7 +111,10 @@ private:
     int errorMode_ = 0;
     int registrationMode_ = 0;
     int messageFormat_ = 0;
-    int newMessageMode_ = 0; // +CNMI <mt>
+    int newMessageMode_ = 0;   // +CNMI <mt>
+    int statusReportMode_ = 0; // +CNMI <ds>: 1 routes status reports as +CDS
+    // Status reports for SUBMITs that asked for one, given on the next tick (after the OK).
+    std::vector<pdu::StatusReport> pendingReports_;
     int functionality_ = 1;
     std::string serviceCentre_;
     // +CMGS / +CMGW waiting for their PDU.

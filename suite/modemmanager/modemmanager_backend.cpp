@@ -28,6 +28,7 @@ constexpr int kModemStateDisabled = 3;
 constexpr uint kSmsStateReceiving = 2;
 constexpr uint kSmsStateReceived = 3;
 constexpr uint kSmsPduDeliver = 1;
+constexpr uint kSmsPduStatusReport = 3;
 constexpr uint kSmsStorageSim = 1;
 constexpr uint kValidityRelative = 1;
 constexpr int kSendTimeoutMs = 120'000;
@@ -294,6 +295,8 @@ void ModemManagerBackend::onAdded(const QDBusObjectPath& path, bool received) {
 
 void ModemManagerBackend::importWhenComplete(const QString& path) {
     readSms(path, [this, path](const QVariantMap& properties) {
+        if (properties.value(QStringLiteral("PduType")).toUInt() == kSmsPduStatusReport)
+            return takeStatusReport(path, properties);
         if (properties.value(QStringLiteral("PduType")).toUInt() != kSmsPduDeliver)
             return;
         const uint state = properties.value(QStringLiteral("State")).toUInt();
@@ -309,6 +312,60 @@ void ModemManagerBackend::importWhenComplete(const QString& path) {
         if (importReceived(incomingFrom(properties)).isOk())
             deleteSms(path);
     });
+}
+
+void ModemManagerBackend::awaitDelivery(const QString& path, long messageId, int recipient) {
+    // ModemManager 1.20 hands a status report over as an SMS object of its own, with the
+    // message reference of the message it reports on (TS 23.040 9.2.3.6).
+    readSms(path, [this, path, messageId, recipient](const QVariantMap& properties) {
+        deleteSms(path);
+        if (!properties.contains(QStringLiteral("MessageReference")))
+            return;
+        const uint reference = properties.value(QStringLiteral("MessageReference")).toUInt();
+        awaited_[reference] = {messageId, recipient};
+        // The report may have come before this answer did.
+        if (const auto early = earlyReports_.find(reference); early != earlyReports_.end()) {
+            const QVariantMap report = early->second;
+            earlyReports_.erase(early);
+            applyReport(reference, report);
+        }
+    });
+}
+
+void ModemManagerBackend::takeStatusReport(const QString& path, const QVariantMap& properties) {
+    deleteSms(path);
+    const uint reference = properties.value(QStringLiteral("MessageReference")).toUInt();
+    if (applyReport(reference, properties))
+        return;
+    // A reference is one octet: the few latest unmatched reports are enough to keep.
+    if (earlyReports_.size() >= 16)
+        earlyReports_.erase(earlyReports_.begin());
+    earlyReports_[reference] = properties;
+}
+
+bool ModemManagerBackend::applyReport(uint reference, const QVariantMap& properties) {
+    const auto awaited = awaited_.find(reference);
+    if (awaited == awaited_.end())
+        return false;
+    // MMSmsDeliveryState: below 0x20 delivered, 0x20-0x3f still trying, 0x40-0x7f given up
+    // (TS 23.040 9.2.3.15).
+    const uint state = properties.value(QStringLiteral("DeliveryState")).toUInt();
+    if (state >= 0x20 && !(state >= 0x40 && state < 0x80))
+        return true;
+    DeliveryReport report;
+    if (state < 0x20) {
+        report.time =
+            localFileTime(properties.value(QStringLiteral("DischargeTimestamp")).toString());
+    } else {
+        report.delivered = false;
+        report.reason = QStringLiteral("The network could not deliver the message (status %1).")
+                            .arg(state)
+                            .toStdU16String();
+    }
+    const auto [messageId, recipient] = awaited->second;
+    awaited_.erase(awaited);
+    reportDelivery(messageId, recipient, report);
+    return true;
 }
 
 void ModemManagerBackend::onSmsPropertiesChanged(const QDBusMessage& message) {
@@ -385,34 +442,42 @@ void ModemManagerBackend::send(const OutgoingSms& message, Progress progress, Fi
         QDBusMessage::createMethodCall(kService, modem_, kMessaging, QStringLiteral("Create"));
     create << properties;
     const int segments = std::max(1, message.segments);
-    whenAnswered(
-        bus_.asyncCall(create), this,
-        [this, progress, finished, segments](const QDBusPendingCall& call) {
-            QDBusPendingReply<QDBusObjectPath> created(call);
-            if (created.isError()) {
-                finished(modemFailure(created.error()));
-                return;
-            }
-            const QString path = created.value().path();
-            // ModemManager reports no progress per part: the first is announced when the
-            // message goes to the modem, the last when the modem has sent it.
-            progress(1, segments);
-            QDBusMessage sendCall =
-                QDBusMessage::createMethodCall(kService, path, kSms, QStringLiteral("Send"));
-            whenAnswered(bus_.asyncCall(sendCall, kSendTimeoutMs), this,
-                         [this, progress, finished, segments, path](const QDBusPendingCall& call) {
-                             const QDBusPendingReply<> sent(call);
-                             // The store keeps the message; the modem's copy goes either way.
-                             deleteSms(path);
-                             if (sent.isError()) {
-                                 finished(modemFailure(sent.error()));
-                                 return;
-                             }
-                             if (segments > 1)
-                                 progress(segments, segments);
-                             finished({});
-                         });
-        });
+    const bool followDelivery = message.statusReport;
+    const long messageId = message.messageId;
+    const int recipient = message.recipient;
+    whenAnswered(bus_.asyncCall(create), this,
+                 [this, progress, finished, segments, followDelivery, messageId,
+                  recipient](const QDBusPendingCall& call) {
+                     QDBusPendingReply<QDBusObjectPath> created(call);
+                     if (created.isError()) {
+                         finished(modemFailure(created.error()));
+                         return;
+                     }
+                     const QString path = created.value().path();
+                     // ModemManager reports no progress per part: the first is announced when the
+                     // message goes to the modem, the last when the modem has sent it.
+                     progress(1, segments);
+                     QDBusMessage sendCall = QDBusMessage::createMethodCall(kService, path, kSms,
+                                                                            QStringLiteral("Send"));
+                     whenAnswered(bus_.asyncCall(sendCall, kSendTimeoutMs), this,
+                                  [this, progress, finished, segments, path, followDelivery,
+                                   messageId, recipient](const QDBusPendingCall& call) {
+                                      const QDBusPendingReply<> sent(call);
+                                      // The store keeps the message; the modem's copy goes, once
+                                      // its delivery report has come when one was asked for.
+                                      if (followDelivery && !sent.isError())
+                                          awaitDelivery(path, messageId, recipient);
+                                      else
+                                          deleteSms(path);
+                                      if (sent.isError()) {
+                                          finished(modemFailure(sent.error()));
+                                          return;
+                                      }
+                                      if (segments > 1)
+                                          progress(segments, segments);
+                                      finished({});
+                                  });
+                 });
 }
 
 } // namespace tessaly::telephony

@@ -72,6 +72,15 @@ private:
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
     bool listed_ = false; // the messages held at start have been listed
 
+    // Sent messages whose delivery report is awaited: their message reference -> (message id,
+    // recipient). Kept in memory: after a restart a report that comes is not matched.
+    void awaitDelivery(const QString& path, long messageId, int recipient);
+    void takeStatusReport(const QString& path, const QVariantMap& properties);
+    // Applies a report to the message awaiting it; false when none does (yet).
+    bool applyReport(uint reference, const QVariantMap& properties);
+    std::map<uint, std::pair<long, int>> awaited_;
+    std::map<uint, QVariantMap> earlyReports_;
+
     // The network as the modem reports it, told to the store as it changes.
     void watchDeviceState();
     void takeModemProperties(const QVariantMap& properties);

@@ -368,6 +368,18 @@ TEST_F(ModemEndToEnd, SendsAndReceivesThroughModemManager) {
     EXPECT_EQ(joined, emojiText);
     ASSERT_TRUE(waitFor([&] { return user.boxes().size() == 7; }));
 
+    // A status report asked for on the Sending page: the emulator's network reports delivery
+    // with +CDS, ModemManager matches it to the message, and the store keeps the time.
+    user.answerBox(IDOK);
+    ASSERT_TRUE(sending.setStatusReport(true).isOk());
+    GSM::Message* reported = queue(u"+447700900127", u"Tell me when it arrives");
+    ASSERT_TRUE(waitFor([&] { return reported->getStatus() == GSM::Message::Sent; }));
+    EXPECT_TRUE(emulated_->sent().back().submit.statusReportRequest);
+    EXPECT_TRUE(waitFor([&] { return fileTimeToUInt64(reported->deliveredTo(0)) != 0; }))
+        << "no delivery report reached the store";
+    ASSERT_TRUE(waitFor([&] { return user.boxes().size() == 8; }));
+    ASSERT_TRUE(sending.setStatusReport(false).isOk());
+
     // RECEIVE: messages injected at the emulator land in the Inbox with the new-message
     // notification, a long one (three parts) and one with an emoji reassembled, and the
     // modem's copies are deleted.
